@@ -1,0 +1,46 @@
+#include "analysis/LevelMeterModel.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Orvel {
+
+namespace {
+double decibels(double level) {
+    return std::max(double{LevelMeterModel::kLowestDb}, 20 * std::log10(level));
+}
+} // namespace
+
+LevelMeterModel::LevelMeterModel() {
+    // Attack, release, hold in milliseconds.
+    bar_.setTimes(0, 300, 0);
+    hold_.setTimes(0, 5000, 2000);
+    rms_.setTimes(1500, 1500, 0);
+    dynamicRange_.setTimes(1000, 1000, 0);
+}
+
+void LevelMeterModel::setSampleRate(float sampleRate) {
+    for (PeakFollower* follower : {&bar_, &hold_, &rms_, &dynamicRange_})
+        follower->setSampleRate(sampleRate);
+}
+
+void LevelMeterModel::reset() {
+    for (PeakFollower* follower : {&bar_, &hold_, &rms_, &dynamicRange_})
+        follower->reset();
+    dynamicRangeDb_ = kNoDynamicRangeDb;
+}
+
+void LevelMeterModel::update(float peak, float rms, int samples) noexcept {
+    bar_.advance(double{peak}, samples);
+    hold_.advance(double{peak}, samples);
+    rms_.advance(double{rms}, samples);
+
+    if (hold_.value() > 0 && rms_.value() > 0 && samples > 0) {
+        const double crest = std::abs(decibels(hold_.value()) - decibels(rms_.value()));
+        dynamicRangeDb_ = static_cast<float>(dynamicRange_.advance(crest, samples));
+    } else {
+        dynamicRangeDb_ = kNoDynamicRangeDb;
+    }
+}
+
+} // namespace Orvel

@@ -1,0 +1,49 @@
+// The command `measure`: plays a source through the analyser and reads what it measured.
+#pragma once
+
+#include "AudioSource.h"
+#include "CommandLine.h"
+#include "frame/AnalysisSnapshot.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Vardo {
+class IPluginBase;
+class VardoCallback;
+} // namespace Vardo
+
+namespace Standalone {
+
+struct ParameterReading {
+    std::string key;
+    float value = 0; ///< plain
+    bool isDefault = true;
+};
+
+/// All that a report tells.
+struct Measurement {
+    SourceInfo source; ///< `frames` is what was played
+    int blockSize = 0; ///< samples analysed at a time, the last block apart
+    std::vector<ParameterReading> parameters;
+    Vardo::AnalysisSnapshot analysis;
+};
+
+using PluginFactory =
+    std::function<std::unique_ptr<Vardo::IPluginBase>(Vardo::VardoCallback* host)>;
+
+/// `progress` hears the number of frames played so far; it may be empty.
+/// Fails: throws UserError for settings and sources that cannot be used, std::runtime_error for a
+/// plug-in that does not do its part.
+Measurement measure(const PluginFactory& createPlugin,
+                    AudioSource& source,
+                    const MeasureOptions& options,
+                    const std::function<void(std::int64_t frames)>& progress);
+
+/// Finds out whether the settings can be made, before a file is opened. Fails: throws UserError.
+void checkSettings(const PluginFactory& createPlugin, const MeasureOptions& options);
+
+} // namespace Standalone

@@ -1,0 +1,33 @@
+#include "HostTransport.h"
+
+#include <cmath>
+
+namespace Vardo {
+
+namespace {
+// Beats per minute; anything else is a host without a tempo.
+constexpr double kSlowestTempo = 1.0;
+constexpr double kFastestTempo = 1000.0;
+} // namespace
+
+double HostTransport::tempoOf(const vst2::VstTimeInfo* info) const noexcept {
+    const bool good = info != nullptr && (info->flags & vst2::kVstTempoValid) != 0 &&
+                      info->tempo >= kSlowestTempo && info->tempo <= kFastestTempo;
+    return good ? info->tempo : tempo();
+}
+
+HostTransport::State HostTransport::update(const vst2::VstTimeInfo* info) noexcept {
+    if (info == nullptr) return {samplePosition_, ppqPosition_, tempo_, false};
+
+    tempo_ = tempoOf(info);
+    if (std::isfinite(info->sampleRate) && info->sampleRate > 0) sampleRate_ = info->sampleRate;
+    if (std::isfinite(info->samplePos)) samplePosition_ = info->samplePos;
+    if ((info->flags & vst2::kVstPpqPosValid) != 0 && std::isfinite(info->ppqPos))
+        ppqPosition_ = info->ppqPos;
+    else // as if the tempo had always been this one
+        ppqPosition_ = samplePosition_ / sampleRate_ * tempo_ / 60.0;
+
+    return {samplePosition_, ppqPosition_, tempo_, (info->flags & vst2::kVstTransportPlaying) != 0};
+}
+
+} // namespace Vardo

@@ -1,0 +1,63 @@
+# Shell functions to configure and build a preset; sourced by ./run and ./test.
+# Expects the current folder to be the top of the repository.
+
+# build_folder PRESET: where the preset builds.
+build_folder() {
+    if [ "$1" = release ]; then echo build; else echo "build-$1"; fi
+}
+
+# run_logged LOG COMMAND...: output goes to LOG; to a terminal its last line is shown as progress;
+# to everybody when the command fails.
+run_logged() {
+    local log=$1 status=0
+    shift
+    if [ -t 2 ]; then
+        "$@" 2>&1 | tee "$log" | while IFS= read -r line; do
+            printf '\r\033[K%.*s' "$((${COLUMNS:-80} - 1))" "$line" >&2
+        done
+        status=${PIPESTATUS[0]}
+        printf '\r\033[K' >&2
+    else
+        "$@" >"$log" 2>&1 || status=$?
+    fi
+    [ "$status" -eq 0 ] || cat "$log" >&2
+    return "$status"
+}
+
+# is_configured FOLDER OPTION...: whether the folder can be built with these -DNAME=VALUE.
+is_configured() {
+    local folder=$1 option
+    shift
+    [ -f "$folder/build.ninja" ] && [ -f "$folder/CMakeCache.txt" ] || return 1
+    for option in "$@"; do
+        option=${option#-D}
+        grep -q "^${option%%=*}:[A-Z]*=${option#*=}\$" "$folder/CMakeCache.txt" || return 1
+    done
+}
+
+# configure PRESET [OPTION...]
+configure() {
+    local folder
+    folder=$(build_folder "$1")
+    mkdir -p "$folder"
+    cmake --preset "$@" >"$folder/configure.log" 2>&1 && return 0
+    # What another generator, compiler or checkout left behind cannot be reused: start afresh.
+    forget_configuration "$folder"
+    run_logged "$folder/configure.log" cmake --preset "$@" && return 0
+    echo "Could not configure the $1 build; the lines above say why." >&2
+    return 1
+}
+
+forget_configuration() {
+    rm -rf "$1/CMakeCache.txt" "$1/CMakeFiles" "$1/build.ninja"
+}
+
+# build PRESET [TARGET...]: of a configured folder.
+build() {
+    local preset=$1 folder
+    shift
+    folder=$(build_folder "$preset")
+    run_logged "$folder/build.log" ninja -C "$folder" "$@" && return 0
+    echo "The $preset build failed; the lines above say why ($folder/build.log)." >&2
+    return 1
+}

@@ -1,0 +1,89 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that building and testing need, and says which and why. Silent when
+# nothing is missing. Usage: scripts/packages.sh run|test
+set -euo pipefail
+
+# One line per package: name, then the reason.
+packages_run() {
+    cat <<'LIST'
+g++                the compiler
+cmake              configures the build
+ninja-build        runs the build
+pkg-config         finds libsndfile
+zlib1g-dev         packs the state that hosts store
+libsndfile1-dev    reads WAV, FLAC, OGG and MP3
+nlohmann-json3-dev writes results as JSON
+libcli11-dev       reads the command line
+LIST
+}
+
+packages_test() {
+    packages_run
+    cat <<'LIST'
+libgtest-dev       the test framework
+libgmock-dev       its matchers
+libbenchmark-dev   the benchmarks, which are built with the tests
+binutils           looks into the plug-in binary
+clang              builds the fuzz targets
+libclang-rt-14-dev the fuzzer's run-time library
+clang-format-14    checks the layout of the source
+alsa-utils         speech recordings to measure
+parsec47-data      a music recording to measure
+LIST
+}
+
+case "${1:-}" in
+run) list=$(packages_run) ;;
+test) list=$(packages_test) ;;
+*)
+    echo "usage: scripts/packages.sh run|test" >&2
+    exit 2
+    ;;
+esac
+
+if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+    echo "This is no Debian system: please install these yourself, if they are missing:" >&2
+    echo "$list" >&2
+    exit 0 # the build tells what it does not find
+fi
+
+# One question for all packages: a start must not wait for it.
+mapfile -t names < <(awk '{ print $1 }' <<<"$list")
+installed=$(dpkg-query -W -f='${Package} ${db:Status-Status}\n' "${names[@]}" 2>/dev/null |
+    awk '$2 == "installed" { print $1 }' || true)
+missing=()
+for name in "${names[@]}"; do
+    grep -qxF -- "$name" <<<"$installed" || missing+=("$name")
+done
+[ "${#missing[@]}" -eq 0 ] && exit 0
+
+echo "Installing with apt-get:" >&2
+for name in "${missing[@]}"; do
+    grep -E "^$name " <<<"$list" | sed 's/^/  /' >&2
+done
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+        echo "This needs root, and there is no sudo. Please run as root:" >&2
+        echo "  apt-get update && apt-get install --no-install-recommends ${missing[*]}" >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
+
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+apt() { "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q "$@" >>"$log" 2>&1; }
+install_missing() { apt update && apt install -y --no-install-recommends "${missing[@]}"; }
+
+# Mirrors hiccup: one more try.
+if ! install_missing; then
+    echo "That failed; once more." >&2
+    sleep 3
+    if ! install_missing; then
+        tail -n 20 "$log" >&2
+        echo "Could not install ${missing[*]}; the last lines above say why." >&2
+        exit 1
+    fi
+fi

@@ -1,0 +1,236 @@
+// Events, the persistent worker, the lock and the gate, hammered from several threads.
+#include "core/CriticalSection.h"
+#include "core/PersistentThread.h"
+#include "core/RealtimeGate.h"
+#include "core/ThreadEvent.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <thread>
+#include <utility>
+#include <vector>
+
+using namespace Core::Threads;
+using namespace std::chrono_literals;
+
+namespace {
+class Worker : public IPersistentThreadCallback {
+  public:
+    explicit Worker(std::function<void(int)> work)
+        : work_(std::move(work)) {}
+    void threadFunction(int argument) override { work_(argument); }
+
+  private:
+    std::function<void(int)> work_;
+};
+
+bool eventually(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + 20s;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(100us);
+    }
+    return true;
+}
+} // namespace
+
+TEST(ThreadEvent, ManualStaysSetAndAutomaticClears) {
+    ThreadEvent manual;
+    EXPECT_FALSE(manual.isSet());
+    manual.set();
+    manual.wait();
+    manual.wait();
+    EXPECT_TRUE(manual.isSet());
+    manual.reset();
+    EXPECT_FALSE(manual.isSet());
+
+    ThreadEvent automatic(ThreadEvent::Reset::automatic);
+    automatic.set();
+    automatic.wait();
+    EXPECT_FALSE(automatic.isSet());
+}
+
+TEST(ThreadEvent, OneSetLetsEveryWaiterThrough) {
+    ThreadEvent event;
+    std::atomic<int> through{0};
+    std::vector<std::thread> waiters;
+    for (int i = 0; i < 4; ++i)
+        waiters.emplace_back([&] {
+            event.wait();
+            ++through;
+        });
+    std::this_thread::sleep_for(5ms);
+    EXPECT_EQ(through, 0);
+    event.set();
+    for (std::thread& waiter : waiters)
+        waiter.join();
+    EXPECT_EQ(through, 4);
+}
+
+TEST(ThreadEvent, NoWakeUpIsLostInAPingPong) {
+    // Each side sleeps until the other has answered; one lost wake-up hangs the test.
+    ThreadEvent ping;
+    ThreadEvent pong;
+    constexpr int kRounds = 20000;
+    int shared = 0; // ordered by the events alone: the thread sanitizer checks that
+    std::thread other([&] {
+        for (int i = 0; i < kRounds; ++i) {
+            ping.wait();
+            ping.reset();
+            ++shared;
+            pong.set();
+        }
+    });
+    for (int i = 0; i < kRounds; ++i) {
+        ping.set();
+        pong.wait();
+        pong.reset();
+        EXPECT_EQ(shared, i + 1);
+    }
+    other.join();
+}
+
+TEST(PersistentThread, EverySignalIsSeen) {
+    // The worker may merge signals, but after the last one it must run once more with it.
+    std::atomic<int> seen{-1};
+    Worker worker([&](int argument) { seen = argument; });
+    CPersistentThread thread(&worker);
+    ASSERT_TRUE(thread.isRunning());
+    for (int i = 0; i < 5000; ++i) {
+        thread.signal(i);
+        if (i % 3 == 0) {
+            ASSERT_TRUE(eventually([&] { return seen == i; })) << "signal " << i << " lost";
+        }
+    }
+    EXPECT_TRUE(eventually([&] { return seen == 4999; }));
+}
+
+TEST(PersistentThread, SignalDuringWorkWakesOnceMore) {
+    ThreadEvent release;
+    std::atomic<int> runs{0};
+    Worker worker([&](int) {
+        if (++runs == 1) release.wait();
+    });
+    CPersistentThread thread(&worker);
+    thread.signal(1);
+    ASSERT_TRUE(eventually([&] { return runs == 1; }));
+    thread.signal(2);
+    thread.signal(3);
+    release.set();
+    ASSERT_TRUE(eventually([&] { return runs == 2; }));
+    std::this_thread::sleep_for(20ms);
+    EXPECT_EQ(runs, 2) << "two signals during one piece of work give one wake-up";
+}
+
+TEST(PersistentThread, StopWaitsForTheWorkAndIsFinal) {
+    std::atomic<int> runs{0};
+    std::atomic<bool> inside{false};
+    Worker worker([&](int) {
+        inside = true;
+        std::this_thread::sleep_for(30ms);
+        ++runs;
+        inside = false;
+    });
+    CPersistentThread thread(&worker);
+    thread.signal(1);
+    ASSERT_TRUE(eventually([&] { return inside.load(); }));
+    thread.stop();
+    EXPECT_FALSE(inside);
+    EXPECT_EQ(runs, 1);
+    EXPECT_FALSE(thread.isRunning());
+    thread.signal(2);
+    thread.stop();
+    std::this_thread::sleep_for(5ms);
+    EXPECT_EQ(runs, 1) << "a callback ran after stop";
+}
+
+TEST(PersistentThread, LivesAreShort) {
+    // Ended before its first wait, in its wait, and with a signal on its way.
+    std::atomic<int> runs{0};
+    Worker worker([&](int) { ++runs; });
+    for (int i = 0; i < 300; ++i) {
+        CPersistentThread thread(&worker);
+        if (i % 3 == 1) thread.signal(i);
+        if (i % 3 == 2) std::this_thread::yield();
+    }
+    const int atEnd = runs;
+    EXPECT_LE(atEnd, 100);
+    std::this_thread::sleep_for(5ms);
+    EXPECT_EQ(runs, atEnd);
+}
+
+TEST(CriticalSection, OwnThreadEntersAgainOthersDoNot) {
+    CriticalSection section;
+    section.enter();
+    EXPECT_TRUE(section.tryEnter());
+    const auto otherGetsIn = [&] {
+        bool result = false;
+        std::thread([&] {
+            result = section.tryEnter();
+            if (result) section.leave();
+        }).join();
+        return result;
+    };
+    EXPECT_FALSE(otherGetsIn());
+    section.leave();
+    EXPECT_FALSE(otherGetsIn()) << "entered twice, left once";
+    section.leave();
+    EXPECT_TRUE(otherGetsIn());
+}
+
+TEST(CriticalSection, ExcludesUnderContention) {
+    CriticalSection section;
+    long counter = 0;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&] {
+            for (int i = 0; i < 5000; ++i) {
+                const ScopedLock outer(section);
+                const ScopedLock inner(section);
+                ++counter;
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(counter, 20000);
+}
+
+TEST(RealtimeGate, HasOnePlace) {
+    RealtimeGate gate;
+    {
+        const GateHold hold(gate);
+        EXPECT_FALSE(gate.tryEnter());
+    }
+    EXPECT_TRUE(gate.tryEnter());
+    gate.leave();
+}
+
+TEST(RealtimeGate, ExcludesAndLetsBothSidesThrough) {
+    RealtimeGate gate;
+    long counter = 0; // a plain number: a race here is a race in the gate
+    std::atomic<bool> stop{false};
+    long entered = 0;
+    std::thread audio([&] {
+        while (!stop)
+            if (gate.tryEnter()) {
+                ++counter;
+                ++entered;
+                gate.leave();
+            }
+    });
+    constexpr int kRebuilds = 200;
+    for (int i = 0; i < kRebuilds; ++i) {
+        const GateHold hold(gate);
+        const long before = counter;
+        std::this_thread::sleep_for(20us);
+        EXPECT_EQ(counter, before) << "the audio thread was inside with us";
+        ++counter;
+    }
+    stop = true;
+    audio.join();
+    EXPECT_GT(entered, 0);
+    EXPECT_EQ(counter, entered + kRebuilds);
+}

@@ -1,0 +1,129 @@
+// The player as a host: set-up calls, blocks, transport, and a watch over the audio.
+#include "Player.h"
+
+#include "frame/AnalysisSnapshot.h"
+#include "frame/PluginBase.h"
+#include "frame/ProcessContext.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <vector>
+
+namespace Standalone {
+namespace {
+
+// Counts up, so that a lost, doubled or padded sample shows.
+class Ramp final : public AudioSource {
+  public:
+    explicit Ramp(int frames)
+        : left_(frames) {
+        info_.path = "ramp";
+        info_.sampleRate = 1000;
+        info_.channels = 2;
+    }
+    const SourceInfo& info() const override { return info_; }
+    int read(float* left, float* right, int frames) override {
+        const int count = std::min(frames, left_);
+        for (int i = 0; i < count; ++i) {
+            left[i] = static_cast<float>(++last_);
+            right[i] = -left[i];
+        }
+        left_ -= count;
+        return count;
+    }
+
+  private:
+    SourceInfo info_;
+    int left_;
+    int last_ = 0;
+};
+
+// Passes audio through and writes down what the host does.
+class RecordingPlugin final : public Vardo::IPluginBase {
+  public:
+    void process(Vardo::IProcessContext& context) override {
+        const int n = context.getNumSamples();
+        EXPECT_LE(n, declared.back());
+        EXPECT_TRUE(context.isPlaying());
+        EXPECT_EQ(context.getNumInputPairs(), 1);
+        EXPECT_EQ(context.getSamplePosition(), static_cast<double>(heard.size()));
+        EXPECT_DOUBLE_EQ(context.getPpqPosition(),
+                         static_cast<double>(heard.size()) / 1000 * 90 / 60);
+        EXPECT_EQ(context.getTempo(), 90.0F);
+        calls.push_back(n);
+        for (int c = 0; c < 2; ++c)
+            std::copy_n(context.getInputs()[c], n, context.getOutputs()[c]);
+        heard.insert(heard.end(), context.getInputs()[0], context.getInputs()[0] + n);
+        if (spoilAt >= 0 && static_cast<int>(heard.size()) > spoilAt) {
+            context.getInputs()[1][0] = -0.0F; // a spoilt input must not hide it
+            context.getOutputs()[1][0] = -0.0F;
+        }
+    }
+    void setParameter(Vardo::IPluginParameter*, double, int) override {}
+    int getNumParameters() override { return 0; }
+    Vardo::IPluginParameter* getParameter(int) override { return nullptr; }
+    void setSampleRate(double newRate) override {
+        EXPECT_TRUE(declared.empty()) << "the rate comes first";
+        rate = newRate;
+    }
+    void setBlockSize(int samples) override { declared.push_back(samples); }
+    int getChunk(void**) override { return 0; }
+    void setChunk(const void*, int) override {}
+    void setBypass(bool) override {}
+    void reset() override {}
+    Vardo::IPluginEditor* getEditor() override { return nullptr; }
+
+    double rate = 0;
+    std::vector<int> declared;
+    std::vector<int> calls;
+    std::vector<float> heard;
+    int spoilAt = -1;
+};
+
+TEST(Player, PlaysEveryFrameOnceInBlocksOfTheDeclaredSize) {
+    for (const int frames : {10, 511, 512, 513, 1024, 1029, 1034, 100000})
+        for (const int block : {1, 13, 512, 4096, 70000}) {
+            RecordingPlugin plugin;
+            Ramp ramp(frames);
+            Player player(plugin, ramp, block, 90);
+            EXPECT_EQ(player.play({}), frames);
+            ASSERT_EQ(plugin.heard.size(), static_cast<std::size_t>(frames)) << "block " << block;
+            for (std::size_t i = 0; i < plugin.heard.size(); ++i)
+                ASSERT_EQ(plugin.heard[i], static_cast<float>(i + 1));
+            EXPECT_LE(*std::max_element(plugin.calls.begin(), plugin.calls.end()),
+                      std::max(block, 1));
+            EXPECT_EQ(plugin.declared.front(), std::max(block, 10));
+        }
+}
+
+TEST(Player, DeclaresTheRestAsASmallerLastBlock) {
+    RecordingPlugin plugin;
+    Ramp ramp(1029);
+    Player(plugin, ramp, 512, 90).play({});
+    EXPECT_EQ(plugin.rate, 1000);
+    EXPECT_EQ(plugin.declared, (std::vector<int>{512, 259, 258}));
+    EXPECT_EQ(plugin.calls, (std::vector<int>{512, 259, 258}));
+}
+
+TEST(Player, FillsUpOnlyWhatIsTooShortAsAWhole) {
+    RecordingPlugin plugin;
+    Ramp ramp(3);
+    EXPECT_EQ(Player(plugin, ramp, 512, 90).play({}), 3);
+    EXPECT_EQ(plugin.heard, (std::vector<float>{1, 2, 3, 0, 0, 0, 0, 0, 0, 0}));
+    RecordingPlugin none;
+    Ramp empty(0);
+    EXPECT_EQ(Player(none, empty, 512, 90).play({}), 0);
+    EXPECT_TRUE(none.heard.empty());
+}
+
+TEST(Player, NoticesASingleChangedBit) {
+    RecordingPlugin plugin;
+    plugin.spoilAt = 50000;
+    Ramp ramp(60000);
+    EXPECT_THROW(Player(plugin, ramp, 512, 90).play({}), std::runtime_error);
+}
+
+} // namespace
+} // namespace Standalone

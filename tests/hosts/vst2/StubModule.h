@@ -1,0 +1,81 @@
+// A module of made-up plug-ins behind the two module functions, to test the adapter alone.
+#pragma once
+
+#include "frame/ParameterProperty.h"
+#include "frame/PluginBase.h"
+#include "frame/PluginDescription.h"
+#include "frame/VardoCallback.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <vector>
+
+class StubPlugin;
+
+/// What the module offers and how its plug-ins behave; each test starts with a fresh one.
+struct StubModule {
+    static StubModule& instance();
+    static void restart() { instance() = StubModule(); }
+
+    Vardo::PluginDescriptionList records{firstRecord()};
+    bool createsNothing = false;
+    bool createThrows = false;
+    int latency = 0;
+    std::vector<int> createdIds;
+    StubPlugin* last = nullptr; ///< the newest plug-in, while it lives
+
+    static Vardo::PluginDescription firstRecord();
+};
+
+/// Passes input to output, halved, and adds the side chain; notes what it is told.
+/// Parameter 1 of its four is not automatable.
+class StubPlugin final : public Vardo::IPluginBase {
+  public:
+    explicit StubPlugin(Vardo::VardoCallback* callback);
+    ~StubPlugin() override;
+
+    void process(Vardo::IProcessContext& context) override;
+    void setParameter(Vardo::IPluginParameter*, double, int) override {}
+    int getNumParameters() override { return static_cast<int>(parameters.size()); }
+    Vardo::IPluginParameter* getParameter(int index) override;
+    void setSampleRate(double rate) override { sampleRate = rate; }
+    void setBlockSize(int samples) override;
+    int getChunk(void** data) override;
+    void setChunk(const void* data, int size) override;
+    void setBypass(bool) override { ++bypasses; }
+    void reset() override { ++resets; }
+    Vardo::IPluginEditor* getEditor() override { return nullptr; }
+    int getLatency() override { return StubModule::instance().latency; }
+    void processEvents(const Vardo::EventList& list) override { events = list; }
+    bool getOutputPinName(int index, char* text) override;
+    void onIdle() override;
+
+    struct Block {
+        bool hasSidechain = false;
+        int inputPairs = 0;
+        int outputPairs = 0;
+        int frames = 0;
+        float tempo = 0;
+        bool playing = false;
+        double samplePosition = 0;
+        double ppqPosition = 0;
+    };
+
+    Vardo::VardoCallback* host;
+    std::vector<std::unique_ptr<Vardo::ParameterProperty>> parameters;
+    std::atomic<double> sampleRate{0};
+    int blockSize = 0; // the adapter keeps `process` and `setBlockSize` apart
+    std::vector<float> scratch;
+    std::vector<int> blockSizes; // as announced
+    Block block;                 // the last one
+    std::atomic<int> blocks{0};
+    std::atomic<int> resets{0};
+    std::atomic<int> idles{0};
+    int bypasses = 0;
+    Vardo::EventList events;
+    std::vector<char> chunk{'s', 't', 'u', 'b'};
+    std::function<void()> duringProcess;
+    std::function<void()> duringIdle;
+    bool keepNotes = true; // lists of what happened; off while threads run
+};
