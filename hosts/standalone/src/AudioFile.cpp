@@ -6,8 +6,14 @@
 #include <sndfile.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace Standalone {
 namespace {
@@ -30,7 +36,45 @@ void refuseHopelessFile(const std::string& path) {
         throw UserError("'" + path + "' is a device or a pipe; " + kWhatToGive + " on disk");
     if (fs::file_size(path, error) == 0 && !error)
         throw UserError("'" + path + "' is empty; " + kWhatToGive);
+    if (access(path.c_str(), R_OK) != 0)
+        throw UserError("may not read '" + path + "' (" + std::strerror(errno) +
+                        "); check its permissions");
 }
+
+const char* reasonOf(int error) {
+    switch (error) {
+    case SF_ERR_MALFORMED_FILE:
+        return "it is damaged";
+    case SF_ERR_UNSUPPORTED_ENCODING:
+        return "its encoding is not known here";
+    default:
+        return "it is damaged or of another kind";
+    }
+}
+
+// Some decoders write notes of their own to standard error, which belongs to our messages.
+class QuietDecoder {
+  public:
+    QuietDecoder()
+        : saved_(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)) {
+        const int nowhere = saved_ < 0 ? -1 : open("/dev/null", O_WRONLY | O_CLOEXEC);
+        if (nowhere < 0) return;
+        std::fflush(stderr);
+        dup2(nowhere, STDERR_FILENO);
+        close(nowhere);
+    }
+    ~QuietDecoder() {
+        if (saved_ < 0) return;
+        std::fflush(stderr);
+        dup2(saved_, STDERR_FILENO);
+        close(saved_);
+    }
+    QuietDecoder(const QuietDecoder&) = delete;
+    QuietDecoder& operator=(const QuietDecoder&) = delete;
+
+  private:
+    int saved_;
+};
 
 } // namespace
 
@@ -50,15 +94,17 @@ AudioFile::AudioFile(const std::string& path) {
     refuseHopelessFile(path);
 
     SF_INFO format{};
-    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &format);
-    if (file == nullptr) {
-        std::string reason = sf_strerror(nullptr);
-        while (!reason.empty() && (reason.back() == '.' || reason.back() == ' '))
-            reason.pop_back();
-        throw UserError("cannot read '" + path + "' as audio (" + reason + "); " + kWhatToGive +
-                        " that you may read");
-    }
+    SNDFILE* file = [&] {
+        const QuietDecoder quiet;
+        return sf_open(path.c_str(), SFM_READ, &format);
+    }();
+    if (file == nullptr)
+        throw UserError("cannot read '" + path + "' as audio, " + reasonOf(sf_error(nullptr)) +
+                        "; " + kWhatToGive);
     decoder_ = std::make_unique<Decoder>(file);
+    // Taken for audio by its name alone: rate and encoding would be guesses.
+    if ((format.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_RAW)
+        throw UserError("'" + path + "' has no header that tells its sample rate; " + kWhatToGive);
     if (format.samplerate < 1 || format.channels < 1)
         throw UserError("'" + path + "' names no sample rate or no channels; " + kWhatToGive);
     if (format.frames == 0) throw UserError("'" + path + "' holds no sound; " + kWhatToGive);
@@ -76,6 +122,7 @@ AudioFile::AudioFile(const std::string& path) {
 int AudioFile::read(float* left, float* right, int frames) {
     const auto stride = static_cast<std::size_t>(info_.channels);
     const std::size_t second = info_.channels > 1 ? 1 : 0;
+    const QuietDecoder quiet;
     int done = 0;
     while (done < frames) {
         const int wanted = std::min(frames - done, framesPerPiece_);

@@ -28,8 +28,7 @@ constexpr const char* kExamples = R"(Examples:
   orvelscope measure quiet.wav --set GlobalInputGain=0.5 --json > quiet.json
       6 dB down before measuring, as numbers for another program
   orvelscope measure --demo --set GlobalMeteringMode=1 --json
-      the demonstration signal with its level histogram
-)";
+      the demonstration signal with its level histogram)";
 
 std::string quoted(const std::string& text) { return "'" + text + "'"; }
 
@@ -142,8 +141,8 @@ CLI::App* addMeasure(CLI::App& app, MeasureTexts& texts) {
         ->type_name("N");
     measure
         ->add_option("--page", texts.page,
-                     "Page that counts as open: scope, spectrum, stereo, system; mid and side RMS "
-                     "are measured on the stereo page")
+                     "Page that counts as open: scope, spectrum, stereo (adds the RMS of mid and "
+                     "side), system")
         ->type_name("PAGE");
     measure
         ->add_option("--set", texts.settings,

@@ -52,7 +52,7 @@ std::string jsonReport(const Measurement& measurement) {
     const Vardo::AnalysisSnapshot& analysis = measurement.analysis;
     Json report;
     report["file"] = {{"path", source.path},
-                      {"sample_rate", source.sampleRate},
+                      {"sample_rate", static_cast<std::int64_t>(source.sampleRate)},
                       {"channels", source.channels},
                       {"frames", source.frames},
                       {"seconds", static_cast<double>(source.frames) / source.sampleRate}};

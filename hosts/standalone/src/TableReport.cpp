@@ -57,8 +57,8 @@ std::string levelCells(double level) {
 
 std::string tableOf(const Vardo::AnalysisSnapshot& analysis) {
     const std::size_t pair = kDecibelWidth + kLinearWidth;
-    std::string text = std::string(kNameWidth, ' ') + aligned("peak   ", pair) +
-                       aligned("last peak   ", pair) + aligned("RMS   ", pair) + "\n" +
+    std::string text = std::string(kNameWidth, ' ') + aligned("peak", pair) +
+                       aligned("last peak", pair) + aligned("RMS", pair) + "\n" +
                        padded("Channel", kNameWidth);
     for (int column = 0; column < 3; ++column)
         text += aligned("dBFS", kDecibelWidth) + aligned("linear", kLinearWidth);

@@ -68,6 +68,10 @@ void runMeasure(const MeasureOptions& options) {
         result =
             measure(factory, *source, options, [&](std::int64_t frames) { progress.show(frames); });
     }
+    if (source->info().frames > result.source.frames)
+        std::fprintf(stderr, "orvelscope: note: the recording ends after %lld of %lld frames\n",
+                     static_cast<long long>(result.source.frames),
+                     static_cast<long long>(source->info().frames));
     print(options.json ? jsonReport(result) : tableReport(result));
 }
 
