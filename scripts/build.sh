@@ -29,6 +29,8 @@ is_configured() {
     local folder=$1 option
     shift
     [ -f "$folder/build.ninja" ] && [ -f "$folder/CMakeCache.txt" ] || return 1
+    # A copied folder would build the sources it was made from.
+    [ "$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$folder/CMakeCache.txt")" -ef . ] || return 1
     for option in "$@"; do
         option=${option#-D}
         grep -q "^${option%%=*}:[A-Z]*=${option#*=}\$" "$folder/CMakeCache.txt" || return 1

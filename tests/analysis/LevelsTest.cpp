@@ -10,7 +10,7 @@
 
 #include <bit>
 #include <cmath>
-#include <cstring>
+#include <numeric>
 
 namespace Orvel {
 namespace {
@@ -252,9 +252,8 @@ TEST(LevelMetering, histogramStartsEmptyWhenSwitchedOnAgain) {
     Meters meters(48000);
     meters.feed({0.5F}, {0.25F}, MeteringMode::histogram);
     const auto total = [&](std::size_t channel) {
-        int sum = 0;
-        for (const int count : meters.read().histogram[channel]) sum += count;
-        return sum;
+        const auto counts = meters.read().histogram[channel];
+        return std::accumulate(counts.begin(), counts.end(), 0);
     };
     EXPECT_EQ(total(0), 1);
     EXPECT_EQ(total(4), 1);

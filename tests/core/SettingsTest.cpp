@@ -100,7 +100,9 @@ TEST_F(Settings, MachineValueIsCopiedAndThenTheUsersCounts) {
 }
 
 TEST_F(Settings, MachineFoldersAreTakenInTheirOrder) {
-    const std::string list = "relative:" + (folder / "none").string() +
+    const std::string relative = fs::relative(folder / "relative").string();
+    write(machineFile("relative"), "A = relative\nB = relative\n");
+    const std::string list = relative + ":" + (folder / "none").string() +
                              "::" + (folder / "first").string() + ":" +
                              (folder / "second").string();
     setVariable("XDG_CONFIG_DIRS", list.c_str());
@@ -155,8 +157,15 @@ TEST_F(Settings, DamagedFilesDoNoHarm) {
     EXPECT_FALSE(writeSetting(kPath, "A", "2"));
     EXPECT_EQ(fs::file_size(userFile()), std::uintmax_t{6 + (2 << 20)});
 
-    // A pipe in its place does not make us wait.
+    // Without the lock nothing is written.
     fs::remove(userFile());
+    fs::remove(folder / "config/Maker/.Product.conf.lock");
+    fs::create_directory(folder / "config/Maker/.Product.conf.lock");
+    EXPECT_FALSE(writeSetting(kPath, "A", "2"));
+    EXPECT_FALSE(fs::exists(userFile()));
+    fs::remove(folder / "config/Maker/.Product.conf.lock");
+
+    // A pipe in its place does not make us wait.
     ASSERT_EQ(mkfifo(userFile().c_str(), 0600), 0);
     EXPECT_EQ(readSetting("A", "default"), (Result{false, "default"}));
     EXPECT_FALSE(writeSetting(kPath, "A", "2"));

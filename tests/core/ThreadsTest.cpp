@@ -190,7 +190,9 @@ TEST(CriticalSection, ExcludesUnderContention) {
             for (int i = 0; i < 5000; ++i) {
                 const ScopedLock outer(section);
                 const ScopedLock inner(section);
-                ++counter;
+                const long before = counter;
+                if (i % 500 == 0) std::this_thread::sleep_for(1ms); // the others stop spinning
+                counter = before + 1;
             }
         });
     for (std::thread& thread : threads)
@@ -212,7 +214,7 @@ TEST(RealtimeGate, ExcludesAndLetsBothSidesThrough) {
     RealtimeGate gate;
     long counter = 0; // a plain number: a race here is a race in the gate
     std::atomic<bool> stop{false};
-    long entered = 0;
+    std::atomic<long> entered{0};
     std::thread audio([&] {
         while (!stop)
             if (gate.tryEnter()) {
@@ -223,14 +225,15 @@ TEST(RealtimeGate, ExcludesAndLetsBothSidesThrough) {
     });
     constexpr int kRebuilds = 200;
     for (int i = 0; i < kRebuilds; ++i) {
+        std::this_thread::sleep_for(20us); // the audio thread's turn
         const GateHold hold(gate);
         const long before = counter;
         std::this_thread::sleep_for(20us);
         EXPECT_EQ(counter, before) << "the audio thread was inside with us";
         ++counter;
     }
+    EXPECT_TRUE(eventually([&] { return entered > 0; }));
     stop = true;
     audio.join();
-    EXPECT_GT(entered, 0);
     EXPECT_EQ(counter, entered + kRebuilds);
 }

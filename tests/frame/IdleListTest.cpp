@@ -34,7 +34,7 @@ class Editor : public Vardo::IPluginEditor {
         if (whenIdle) whenIdle();
     }
 
-    int idles = 0;
+    std::atomic<int> idles{0};
     std::function<void()> whenIdle;
 
   private:
@@ -164,11 +164,13 @@ TEST(IdleList, RemoveWaitsForATickOnAnotherThread) {
         int value = 0;
         passing.whenIdle = [&] { value = value + 1; };
         list.add(&passing);
-        std::this_thread::yield();
+        // Now and then until the other thread has come round for certain.
+        while (permanent.idles < i / 10)
+            std::this_thread::yield();
         list.remove(&passing);
         value = -1;
     }
     stop = true;
     gui.join();
-    EXPECT_GT(permanent.idles, 0);
+    EXPECT_GE(permanent.idles, 49);
 }

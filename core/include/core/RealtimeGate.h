@@ -16,9 +16,10 @@ class RealtimeGate {
     RealtimeGate(const RealtimeGate&) = delete;
     RealtimeGate& operator=(const RealtimeGate&) = delete;
 
-    /// Audio thread: true when inside. Never waits; one atomic exchange.
+    /// Audio thread: true when inside. Never waits; one atomic exchange. A thread that waits in
+    /// `enter` goes first, so that a busy audio thread cannot keep it out for long.
     bool tryEnter() noexcept ORVEL_NONBLOCKING {
-        return !taken_.exchange(true, std::memory_order_acquire);
+        return !wanted_.load(std::memory_order_relaxed) && take();
     }
     void leave() noexcept ORVEL_NONBLOCKING { taken_.store(false, std::memory_order_release); }
 
@@ -27,7 +28,10 @@ class RealtimeGate {
     void enter() noexcept;
 
   private:
+    bool take() noexcept { return !taken_.exchange(true, std::memory_order_acquire); }
+
     std::atomic<bool> taken_{false};
+    std::atomic<bool> wanted_{false};
 };
 
 /// Holds a gate for a scope on a thread that may wait.

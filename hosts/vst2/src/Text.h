@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 
 namespace vst2 {
 
@@ -14,17 +13,6 @@ inline constexpr std::size_t kNameTextRoom = 64;
 
 /// Copies what fits into `room` bytes, always with an ending zero, and never cuts a UTF-8
 /// character in two. Null pointers are an empty text, or nothing to do.
-inline void copyText(char* target, const char* source, std::size_t room) noexcept {
-    if (target == nullptr || room == 0) return;
-    if (source == nullptr) source = "";
-    std::size_t length = strnlen(source, room);
-    if (length == room) {
-        --length;
-        while (length > 0 && (static_cast<unsigned char>(source[length]) & 0xC0U) == 0x80U)
-            --length;
-    }
-    std::memmove(target, source, length);
-    target[length] = 0;
-}
+void copyText(char* target, const char* source, std::size_t room) noexcept;
 
 } // namespace vst2

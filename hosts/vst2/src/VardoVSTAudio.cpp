@@ -46,7 +46,7 @@ void VardoVST::render(const HostBlock& block) noexcept {
 bool VardoVST::renderIfOpen(const HostBlock& block) {
     if (block.frames > kLargestBlock) return false;
     const HostTransport::State transport = transport_.update(getTimeInfo(kTimeInfoFilter));
-    if (isInside() || !gate_.tryEnter()) return false;
+    if (!gate_.tryEnter()) return false; // also where the host calls in from inside a block
     const Inside inside(*this);
     // The one case that takes memory here: a host that breaks its own announcement.
     if (block.frames > input_.numSamples()) announceBlockSize(block.frames);

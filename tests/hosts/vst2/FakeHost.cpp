@@ -55,9 +55,8 @@ int FakeHost::count(std::int32_t opcode) const { return static_cast<int>(calls(o
 std::vector<FakeHost::Call> FakeHost::calls(std::int32_t opcode) const {
     const std::lock_guard<std::mutex> hold(lock_);
     std::vector<Call> found;
-    std::copy_if(calls_.begin(), calls_.end(), std::back_inserter(found), [opcode](const Call& c) {
-        return c.opcode == opcode;
-    });
+    std::copy_if(calls_.begin(), calls_.end(), std::back_inserter(found),
+                 [opcode](const Call& c) { return c.opcode == opcode; });
     return found;
 }
 

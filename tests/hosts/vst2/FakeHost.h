@@ -52,7 +52,8 @@ class FakeHost {
 /// An effect as hosts hold it: closed at the end of its scope.
 class Effect {
   public:
-    explicit Effect(vst2::AEffect* effect) : effect_(effect) {}
+    explicit Effect(vst2::AEffect* effect)
+        : effect_(effect) {}
     ~Effect() { close(); }
     Effect(const Effect&) = delete;
     Effect& operator=(const Effect&) = delete;
@@ -68,6 +69,8 @@ class Effect {
     }
     std::string text(std::int32_t opcode, std::int32_t index = 0) const;
     void close();
+    /// Somebody else closed it.
+    void release() { effect_ = nullptr; }
 
     /// Runs one block of `inputs` channels through the effect and gives its outputs.
     std::vector<std::vector<float>> run(std::vector<std::vector<float>> inputs,

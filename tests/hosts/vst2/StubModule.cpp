@@ -37,22 +37,14 @@ Vardo::IPluginBase* createPlugin(Vardo::VardoCallback* callback, int id) {
     return nullptr;
 }
 
-StubPlugin::StubPlugin(Vardo::VardoCallback* callback) : host(callback) {
+StubPlugin::StubPlugin(Vardo::VardoCallback* callback)
+    : host(callback) {
     using namespace Vardo;
     const ParameterDescription rows[] = {
         {"gain", "Gain", "Gain", 0, 100, 50, 50, true, 0, kPercent, 0},
         {"hidden", "Hidden", "Hidden", 0, 1, 0, 0, false, 0, kSwitch, 1},
-        {"long",
-         "A name that is much longer than any host of old expected",
-         "Long",
-         0,
-         1000,
-         0,
-         0,
-         true,
-         0,
-         kMilliseconds,
-         2},
+        {"long", "A name that is much longer than any host of old expected", "Long", 0, 1000, 0, 0,
+         true, 0, kMilliseconds, 2},
         {"last", "Last", "Last", 0, 1, 0, 0, true, 0, kSwitch, 3},
     };
     for (const auto& row : rows) {
@@ -63,6 +55,7 @@ StubPlugin::StubPlugin(Vardo::VardoCallback* callback) : host(callback) {
 }
 
 StubPlugin::~StubPlugin() {
+    if (duringDestruction) duringDestruction();
     if (StubModule::instance().last == this) StubModule::instance().last = nullptr;
 }
 
@@ -78,14 +71,9 @@ void StubPlugin::setBlockSize(int samples) {
 }
 
 void StubPlugin::process(Vardo::IProcessContext& context) {
-    block = {context.hasSidechain(),
-             context.getNumInputPairs(),
-             context.getNumOutputPairs(),
-             context.getNumSamples(),
-             context.getTempo(),
-             context.isPlaying(),
-             context.getSamplePosition(),
-             context.getPpqPosition()};
+    block = {context.hasSidechain(),      context.getNumInputPairs(), context.getNumOutputPairs(),
+             context.getNumSamples(),     context.getTempo(),         context.isPlaying(),
+             context.getSamplePosition(), context.getPpqPosition()};
     ++blocks;
     const auto frames = static_cast<std::size_t>(context.getNumSamples());
     for (std::size_t channel = 0; channel < 2; ++channel) {

@@ -77,5 +77,6 @@ class StubPlugin final : public Vardo::IPluginBase {
     std::vector<char> chunk{'s', 't', 'u', 'b'};
     std::function<void()> duringProcess;
     std::function<void()> duringIdle;
+    std::function<void()> duringDestruction;
     bool keepNotes = true; // lists of what happened; off while threads run
 };

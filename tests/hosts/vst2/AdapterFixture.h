@@ -1,0 +1,28 @@
+// An adapter around a stub plug-in in a fake host, set up as hosts do.
+#pragma once
+
+#include "FakeHost.h"
+#include "StubModule.h"
+#include "VardoVST.h"
+
+#include <gtest/gtest.h>
+
+class AdapterFixture : public testing::Test {
+  protected:
+    AdapterFixture() { StubModule::restart(); }
+    ~AdapterFixture() override { StubModule::restart(); }
+
+    static vst2::AEffect* create() { return Vardo::createEffect(&FakeHost::callback); }
+    static StubPlugin& plugin() { return *StubModule::instance().last; }
+    static StubModule& module() { return StubModule::instance(); }
+    /// A module of two plug-ins, "Stb1" and "Stb2".
+    static void makeShell() {
+        Vardo::PluginDescription second = StubModule::firstRecord();
+        second.uniqueId = Vardo::fourCharacterCode("Stb2");
+        second.effectName = "Stub Two";
+        second.category = Vardo::kCategorySynth;
+        module().records.push_back(second);
+    }
+
+    FakeHost host;
+};
