@@ -20,30 +20,28 @@ struct Second {
     Second() {
         std::mt19937 generator(1);
         std::normal_distribution<float> normal(0, 0.2F);
-        for (auto* channel : {&left, &right, &mid, &side, &max}) channel->resize(kRate);
+        for (auto* channel : {&left, &right, &mid, &side, &max})
+            channel->resize(kRate);
         for (std::size_t i = 0; i < left.size(); ++i) {
             left[i] = normal(generator);
             right[i] = normal(generator);
         }
+        inputLeft = left;
+        inputRight = right;
     }
-    std::vector<float> left, right, mid, side, max;
+    std::vector<float> inputLeft, inputRight, left, right, mid, side, max;
 };
 
 void measureSecond(Second& audio, LevelMetering& metering, MeteringMode mode, bool allChannels) {
     for (std::size_t at = 0; at < kRate; at += kSlice) {
         Orvel::Slice slice;
         slice.count = kSlice;
-        Orvel::kernels().conditionInput(&audio.left[at], kSlice, 1);
-        Orvel::kernels().conditionInput(&audio.right[at], kSlice, 1);
-        Orvel::kernels().formChannels(&audio.left[at],
-                                      &audio.right[at],
-                                      kSlice,
-                                      &audio.mid[at],
-                                      &audio.side[at],
-                                      &audio.max[at],
-                                      slice.peaks);
-        const float* const channels[] = {
-            &audio.left[at], &audio.right[at], &audio.mid[at], &audio.side[at], &audio.max[at]};
+        Orvel::kernels().conditionInput(&audio.inputLeft[at], kSlice, 1, &audio.left[at]);
+        Orvel::kernels().conditionInput(&audio.inputRight[at], kSlice, 1, &audio.right[at]);
+        Orvel::kernels().formChannels(&audio.left[at], &audio.right[at], kSlice, &audio.mid[at],
+                                      &audio.side[at], &audio.max[at], slice.peaks);
+        const float* const channels[] = {&audio.left[at], &audio.right[at], &audio.mid[at],
+                                         &audio.side[at], &audio.max[at]};
         std::copy(std::begin(channels), std::end(channels), slice.channels);
         metering.measure(slice, mode, allChannels);
     }
@@ -54,7 +52,8 @@ void levels(benchmark::State& state, MeteringMode mode, bool allChannels) {
     LevelMetering metering;
     metering.setSampleRate(kRate);
     metering.setRmsLength(500);
-    for (auto _ : state) measureSecond(audio, metering, mode, allChannels);
+    for (auto _ : state)
+        measureSecond(audio, metering, mode, allChannels);
     state.counters["x_realtime"] =
         benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
@@ -75,13 +74,8 @@ void kernelsAlone(benchmark::State& state, const Orvel::Kernels* kernels) {
     for (auto _ : state) {
         float peaks[5];
         for (std::size_t at = 0; at < kRate; at += kSlice) {
-            kernels->formChannels(&audio.left[at],
-                                  &audio.right[at],
-                                  kSlice,
-                                  &audio.mid[at],
-                                  &audio.side[at],
-                                  &audio.max[at],
-                                  peaks);
+            kernels->formChannels(&audio.left[at], &audio.right[at], kSlice, &audio.mid[at],
+                                  &audio.side[at], &audio.max[at], peaks);
             sum += kernels->slideSquares(&audio.left[at], kSlice, &ring[at]);
             sum += kernels->slideSquares(&audio.right[at], kSlice, &ring[at]);
         }

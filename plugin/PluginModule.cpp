@@ -1,6 +1,6 @@
 // What this module contains, and how it is made.
-#include "analysis/OrvelScope.h"
 #include "frame/PluginModule.h"
+#include "analysis/OrvelScope.h"
 
 namespace {
 constexpr std::uint32_t kUniqueId = Vardo::fourCharacterCode("Qrnt");

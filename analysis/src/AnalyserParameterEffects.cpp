@@ -26,28 +26,42 @@ void COrvelScope::setParameter(Vardo::IPluginParameter* parameter, double value,
     if (parameter == nullptr) return;
     const auto plain = static_cast<float>(value);
     switch (parameter->getId()) {
-    case kGlobalInputGain: inputGain_ = plain; break;
-    case kGlobalMeteringMode: meteringMode_ = indexValue(value, kLastMeteringMode); break;
-    case kGlobalRMSLength: {
-        const IdleAnalysis idle(lock_);
-        metering_.setRmsLength(plain);
+    case kGlobalInputGain:
+        inputGain_ = plain;
         break;
-    }
+    case kGlobalMeteringMode:
+        meteringMode_ = indexValue(value, kLastMeteringMode);
+        break;
+    case kGlobalRMSLength:
+        setRmsLength(plain);
+        break;
     case kScopeChannelMode:
         storeTiming(timing_.channelMode, indexValue(value, kLastChannelMode));
         break;
-    case kScopeSyncMode: storeTiming(timing_.syncMode, indexValue(value, kLastSyncMode)); break;
+    case kScopeSyncMode:
+        storeTiming(timing_.syncMode, indexValue(value, kLastSyncMode));
+        break;
     case kScopeSyncDurationBeatTime:
         storeTiming(timing_.beatIndex, indexValue(value, kLastBeatIndex));
         break;
-    case kScopeSyncDurationPitch: storeTiming(timing_.note, plain); break;
-    case kScopeSyncDurationFrequency: storeTiming(timing_.frequencyHz, plain); break;
-    case kScopeVisibleTimeMs: storeTiming(timing_.timeMs, plain); break;
+    case kScopeSyncDurationPitch:
+        storeTiming(timing_.note, plain);
+        break;
+    case kScopeSyncDurationFrequency:
+        storeTiming(timing_.frequencyHz, plain);
+        break;
+    case kScopeVisibleTimeMs:
+        storeTiming(timing_.timeMs, plain);
+        break;
     case kScopeVisibleTimeMultiplier:
         storeTiming(timing_.multiplier, std::max(1, indexValue(value, kLongestMultiplier)));
         break;
-    case kScopeFreeze: scopeFrozen_ = isOn(value); break;
-    case kScopeTransientDetection: showTransients_ = isOn(value); break;
+    case kScopeFreeze:
+        scopeFrozen_ = isOn(value);
+        break;
+    case kScopeTransientDetection:
+        showTransients_ = isOn(value);
+        break;
     case kScopeDeEsserMale:
         showMaleEss_ = isOn(value);
         if (isOn(value)) setSwitchOff(kScopeDeEsserFemale);
@@ -56,16 +70,33 @@ void COrvelScope::setParameter(Vardo::IPluginParameter* parameter, double value,
         showFemaleEss_ = isOn(value);
         if (isOn(value)) setSwitchOff(kScopeDeEsserMale);
         break;
-    case kSpectrumFFTSize: fftSizeIndex_ = indexValue(value, kLastFFTSize); break;
-    case kSpectrumUpdateSpeed: updateSpeed_ = plain; break;
-    case kSpectrumFreeze: spectrumFrozen_ = isOn(value); break;
+    case kSpectrumFFTSize:
+        fftSizeIndex_ = indexValue(value, kLastFFTSize);
+        break;
+    case kSpectrumUpdateSpeed:
+        updateSpeed_ = plain;
+        break;
+    case kSpectrumFreeze:
+        spectrumFrozen_ = isOn(value);
+        break;
     case kSpectrumProjectorFrequency:
         projectorHz_ = static_cast<float>(projectorHz(value, double{sampleRate_}));
         break;
-    case kSpectrumAnalyzeMode: analyzeMode_ = indexValue(value, kLastAnalyzeMode); break;
-    default: break; // the views read the others
+    case kSpectrumAnalyzeMode:
+        analyzeMode_ = indexValue(value, kLastAnalyzeMode);
+        break;
+    default:
+        break; // the views read the others
     }
     if ((flags & Vardo::kFromEditor) == 0) editorRefreshWanted_ = true;
+}
+
+/// Only a real change restarts the windows: loading a preset with the same length does not.
+void COrvelScope::setRmsLength(float milliseconds) {
+    const IdleAnalysis idle(lock_);
+    if (milliseconds == rmsLengthMs_) return;
+    rmsLengthMs_ = milliseconds;
+    metering_.setRmsLength(milliseconds);
 }
 
 /// A new timing ends a freeze, so that the user sees what it does.

@@ -47,10 +47,10 @@ constexpr ParameterDescription kTable[kNumParameters] = {
 // clang-format on
 
 constexpr const char* kMeteringModes[] = {"Peak", "Histogram", "K12", "K14", "K20"};
-constexpr const char* kChannelModes[] = {
-    "Left & Right", "Left Only", "Right Only", "Mono Mix", "Max"};
-constexpr const char* kSyncModes[] = {
-    "Free", "Transient", "Beat Time", "Pitch", "Frequency", "Time"};
+constexpr const char* kChannelModes[] = {"Left & Right", "Left Only", "Right Only", "Mono Mix",
+                                         "Max"};
+constexpr const char* kSyncModes[] = {"Free",  "Transient", "Beat Time",
+                                      "Pitch", "Frequency", "Time"};
 constexpr const char* kFFTSizes[] = {"Low", "Mid", "High", "Ultra"};
 constexpr const char* kBandNumbers[] = {"8", "16", "32", "64", "128"};
 constexpr const char* kAnalyzeModes[] = {"Magnitude", "Energy"};
@@ -63,28 +63,42 @@ std::unique_ptr<ParameterProperty> makeIndexed(const char* const (&texts)[count]
 /// A parameter of the class and with the texts that belong to that number.
 std::unique_ptr<ParameterProperty> makeParameter(int id, const Core::Relaxed<float>& sampleRate) {
     switch (id) {
-    case kGlobalMeteringMode: return makeIndexed(kMeteringModes);
-    case kScopeChannelMode: return makeIndexed(kChannelModes);
-    case kScopeSyncMode: return makeIndexed(kSyncModes);
-    case kSpectrumFFTSize: return makeIndexed(kFFTSizes);
-    case kSpectrumNumBands: return makeIndexed(kBandNumbers);
-    case kSpectrumAnalyzeMode: return makeIndexed(kAnalyzeModes);
+    case kGlobalMeteringMode:
+        return makeIndexed(kMeteringModes);
+    case kScopeChannelMode:
+        return makeIndexed(kChannelModes);
+    case kScopeSyncMode:
+        return makeIndexed(kSyncModes);
+    case kSpectrumFFTSize:
+        return makeIndexed(kFFTSizes);
+    case kSpectrumNumBands:
+        return makeIndexed(kBandNumbers);
+    case kSpectrumAnalyzeMode:
+        return makeIndexed(kAnalyzeModes);
     case kSpectrumProjectorFrequency:
         return std::make_unique<COrvelScope_SampleRateDependedFrequencyParameter>(sampleRate);
-    default: break;
+    default:
+        break;
     }
     auto parameter = std::make_unique<ParameterProperty>();
     switch (id) {
     case kScopeSyncDurationBeatTime:
         parameter->setTextFunction(formatBeatTime, parseBeatTime);
         break;
-    case kScopeVisibleTimeMs: parameter->setTextFunction(formatTime, parseTime); break;
+    case kScopeVisibleTimeMs:
+        parameter->setTextFunction(formatTime, parseTime);
+        break;
     case kScopeVisibleTimeMultiplier:
         parameter->setTextFunction(formatMultiplier, parseMultiplier);
         break;
-    case kSpectrumUpdateSpeed: parameter->setTextFunction(formatSpeed, parseMultiplier); break;
-    case kSpectrumPeakReset: parameter->setTextFunction(formatPeakReset, parsePeakReset); break;
-    default: break;
+    case kSpectrumUpdateSpeed:
+        parameter->setTextFunction(formatSpeed, parseMultiplier);
+        break;
+    case kSpectrumPeakReset:
+        parameter->setTextFunction(formatPeakReset, parsePeakReset);
+        break;
+    default:
+        break;
     }
     return parameter;
 }

@@ -9,7 +9,8 @@ namespace Orvel {
 
 namespace {
 
-template <typename Value> bool readValue(const Core::CDataStore& store, const char* key, Value& value) {
+template <typename Value>
+bool readValue(const Core::CDataStore& store, const char* key, Value& value) {
     const void* const data = store.find("", key, static_cast<int>(sizeof value));
     if (data != nullptr) std::memcpy(&value, data, sizeof value);
     return data != nullptr;
@@ -50,7 +51,8 @@ void COrvelScope::loadParameters() {
     properties_.resetAll();
     const void* blob = nullptr;
     int size = 0;
-    if (store_.getBlob(Vardo::StateKeys::kParameters, &blob, &size)) properties_.loadBlob(blob, size);
+    if (store_.getBlob(Vardo::StateKeys::kParameters, &blob, &size))
+        properties_.loadBlob(blob, size);
     properties_.resumeNotifications();
     loadingState_ = false;
 }

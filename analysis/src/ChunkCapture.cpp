@@ -40,8 +40,8 @@ int ChunkCapture::add(const float* left,
     const int filled = chunkLength_ - remaining_;
     const int taken = std::min(remaining_, count - offset);
 
-    // The position of the chunk's first sample. When playback starts in the middle of a chunk, it is
-    // the position that sample would have had, so that those after it are right.
+    // The position of the chunk's first sample. When playback starts in the middle of a chunk, it
+    // is the position that sample would have had, so that those after it are right.
     if (filled == 0 || transport.playing != playing_)
         firstPosition_ = transport.position + (offset - filled) * transport.quartersPerSample;
     playing_ = transport.playing;

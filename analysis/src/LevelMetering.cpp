@@ -75,11 +75,8 @@ void LevelMetering::measure(const Slice& slice, MeteringMode mode, bool withMidA
 void LevelMetering::read(Vardo::AnalysisSnapshot& snapshot) const {
     for (int i = 0; i < Vardo::kNumAnalysisChannels; ++i) {
         const Channel& channel = channels_[index(i)];
-        snapshot.levels[index(i)] = {channel.peak,
-                                     channel.peakMax,
-                                     static_cast<int>(channel.overs),
-                                     channel.rms.value(),
-                                     channel.rmsFed};
+        snapshot.levels[index(i)] = {channel.peak, channel.peakMax, static_cast<int>(channel.overs),
+                                     channel.rms.value(), channel.rmsFed};
         snapshot.histogram[index(i)] = channel.histogram.counts();
     }
     snapshot.histogramEnabled = isHistogramOn();

@@ -16,16 +16,13 @@ namespace {
 // The chunk until a host says how long its blocks are.
 constexpr int kFirstChunkLength = 16384;
 
-// Channels of the work buffer; left and right are measured where the capture left them.
-enum WorkChannel : int { kWorkMid, kWorkSide, kWorkMax, kNumWorkChannels };
-
 int sliceLength(double sampleRate) { return std::max(1, static_cast<int>(sampleRate * 0.001)); }
 
 } // namespace
 
 COrvelScope::COrvelScope(Vardo::VardoCallback* callback, const EditorFactory& makeEditor)
     : callback_(callback)
-    , work_(sliceLength(kHighestSampleRate), kNumWorkChannels)
+    , work_(sliceLength(kHighestSampleRate), Vardo::kNumAnalysisChannels)
     , capture_(kFirstChunkLength)
     , threaded_(readThreadingSetting())
     , worker_(this) {
@@ -73,9 +70,7 @@ void COrvelScope::process(Vardo::IProcessContext& context) {
 BlockTransport COrvelScope::readTransport(Vardo::IProcessContext& context) const {
     const double tempo{context.getTempo()};
     const double valid = TransportClock::isValidTempo(tempo) ? tempo : double{clock_.tempo()};
-    return {context.isPlaying(),
-            static_cast<float>(valid),
-            context.getPpqPosition(),
+    return {context.isPlaying(), static_cast<float>(valid), context.getPpqPosition(),
             valid / (60.0 * double{sampleRate_})};
 }
 
@@ -102,18 +97,13 @@ void COrvelScope::threadFunction(int /*argument*/) {
     lock_.leaveAnalysed();
 }
 
-void COrvelScope::analyseBlock(AnalysisBlock& block) {
+void COrvelScope::analyseBlock(const AnalysisBlock& block) {
     if (block.resetFirst) resetMeasures();
     clock_.beginChunk(block, double{sampleRate_});
 
-    float* const left = block.channels[0];
-    float* const right = block.channels[1];
-    kernels().conditionInput(left, block.sampleCount, inputGain_);
-    kernels().conditionInput(right, block.sampleCount, inputGain_);
-
     for (int offset = 0; offset < block.sampleCount;) {
         const int count = nextSliceLength(block.sampleCount - offset);
-        analyseSlice(left + offset, right + offset, count);
+        analyseSlice(block.channels[0] + offset, block.channels[1] + offset, count);
         offset += count;
     }
 }
@@ -125,31 +115,32 @@ int COrvelScope::nextSliceLength(int samplesLeft) const {
     if (timing_.mode() == ScopeSyncMode::transient)
         distance = transientPosition_;
     else if (timing_.hasGrid())
-        distance = timing_.distanceToBoundary(
-            timing_.period(double{clock_.tempo()}).milliseconds, rate, clock_.position());
+        distance = timing_.distanceToBoundary(timing_.period(double{clock_.tempo()}).milliseconds,
+                                              rate, clock_.position());
     if (distance < 0) distance = longest;
     return static_cast<int>(
         std::min<std::int64_t>(samplesLeft, std::clamp<std::int64_t>(distance, 1, longest)));
 }
 
 void COrvelScope::analyseSlice(const float* left, const float* right, int count) {
+    // The chunk itself is only read: memory that two cores write in turn is slow for both.
+    float* const* const work = work_.channels();
+    const float gain = inputGain_;
+    kernels().conditionInput(left, count, gain, work[Vardo::kLeft]);
+    kernels().conditionInput(right, count, gain, work[Vardo::kRight]);
+
     Slice slice;
     slice.count = count;
-    kernels().formChannels(left,
-                           right,
+    std::copy_n(work, Vardo::kNumAnalysisChannels, slice.channels);
+    kernels().formChannels(work[Vardo::kLeft],
+                           work[Vardo::kRight],
                            count,
-                           work_.channel(kWorkMid),
-                           work_.channel(kWorkSide),
-                           work_.channel(kWorkMax),
+                           work[Vardo::kMid],
+                           work[Vardo::kSide],
+                           work[Vardo::kMax],
                            slice.peaks);
-    slice.channels[Vardo::kLeft] = left;
-    slice.channels[Vardo::kRight] = right;
-    slice.channels[Vardo::kMid] = work_.channel(kWorkMid);
-    slice.channels[Vardo::kSide] = work_.channel(kWorkSide);
-    slice.channels[Vardo::kMax] = work_.channel(kWorkMax);
 
-    const bool stereoFieldPage =
-        activePage_ == static_cast<int>(Vardo::AnalyserPage::stereoField);
+    const bool stereoFieldPage = activePage_ == static_cast<int>(Vardo::AnalyserPage::stereoField);
     metering_.measure(slice, static_cast<MeteringMode>(meteringMode_.load()), stereoFieldPage);
     if (display_.isWatched()) display_.pushLevels(metering_, stereoFieldPage);
 
@@ -234,8 +225,7 @@ void COrvelScope::onIdle() {
     properties_.deliverPending();
     if (editorRefreshWanted_.exchange(false) && editor_ != nullptr && editor_->isOpen())
         editor_->parameterChanged();
-    if (hostRefreshWanted_.exchange(false) && callback_ != nullptr)
-        callback_->refreshParameters();
+    if (hostRefreshWanted_.exchange(false) && callback_ != nullptr) callback_->refreshParameters();
 }
 
 } // namespace Orvel

@@ -17,6 +17,14 @@ double poleOf(float timeMs, float sampleRate) {
 }
 } // namespace
 
+double PeakFollower::Pole::toThe(int samples) noexcept {
+    if (samples != exponent) {
+        exponent = samples;
+        power = std::pow(factor, samples);
+    }
+    return power;
+}
+
 void PeakFollower::setSampleRate(float sampleRate) {
     sampleRate_ = sampleRate;
     update();
@@ -30,8 +38,8 @@ void PeakFollower::setTimes(float attackMs, float releaseMs, float holdMs) {
 }
 
 void PeakFollower::update() {
-    attackPole_ = poleOf(attackMs_, sampleRate_);
-    releasePole_ = poleOf(releaseMs_, sampleRate_);
+    attack_.set(poleOf(attackMs_, sampleRate_));
+    release_.set(poleOf(releaseMs_, sampleRate_));
     holdSamples_ = static_cast<int>(double{sampleRate_} * 0.001 * double{holdMs_});
 }
 
@@ -55,8 +63,8 @@ double PeakFollower::step(double input) noexcept {
         holdCounter_ = counter + 1;
         target = held_;
     }
-    const double pole = target > held_ ? attackPole_ : releasePole_;
-    value_ = target + (held_ - target) * pole;
+    const Pole& pole = target > held_ ? attack_ : release_;
+    value_ = target + (held_ - target) * pole.factor;
     return value_;
 }
 
@@ -71,10 +79,9 @@ double PeakFollower::advance(double input, int samples) noexcept {
         samples -= holding;
     }
     if (samples > 0) {
-        const double pole = input > value_ ? attackPole_ : releasePole_;
-        const double beforeLast = input + (value_ - input) * std::pow(pole, samples - 1);
-        held_ = beforeLast;
-        value_ = input + (beforeLast - input) * pole;
+        Pole& pole = input > value_ ? attack_ : release_;
+        held_ = input + (value_ - input) * pole.toThe(samples - 1);
+        value_ = input + (held_ - input) * pole.factor;
         holdCounter_ = holdSamples_;
     }
     if (value_ < kFloor) value_ = 0;

@@ -23,7 +23,9 @@ SyncPeriod ScopeTiming::period(double tempo) const noexcept {
     switch (mode()) {
     case ScopeSyncMode::free:
     case ScopeSyncMode::transient:
-    case ScopeSyncMode::time: ms = double{timeMs}; break;
+    case ScopeSyncMode::time:
+        ms = double{timeMs};
+        break;
     case ScopeSyncMode::beatTime:
         ms = Vardo::BeatTimeList::straight().getBeatLength(beatIndex, tempo) * times;
         break;
@@ -32,7 +34,9 @@ SyncPeriod ScopeTiming::period(double tempo) const noexcept {
         ms = one * std::max(times, std::ceil(kShortestMs / one));
         break;
     }
-    case ScopeSyncMode::frequency: ms = 1000.0 / double{frequencyHz} * times; break;
+    case ScopeSyncMode::frequency:
+        ms = 1000.0 / double{frequencyHz} * times;
+        break;
     }
     return {std::max(kShortestMs, ms), mode() != ScopeSyncMode::free};
 }
@@ -42,9 +46,8 @@ std::int64_t ScopeTiming::distanceToBoundary(double periodMs,
                                              std::int64_t position) const noexcept {
     const double samplesPerMs = sampleRate * 0.001;
     const double period = std::max(1.0, periodMs * samplesPerMs);
-    const double shifted =
-        std::max(0.0,
-                 std::trunc(samplesPerMs * double{phaseOffsetMs} + static_cast<double>(position)));
+    const double shifted = std::max(
+        0.0, std::trunc(samplesPerMs * double{phaseOffsetMs} + static_cast<double>(position)));
     return static_cast<std::int64_t>(period - std::fmod(shifted, period));
 }
 

@@ -19,9 +19,9 @@ std::thread createThread(ThreadRoutine routine, void* context, int priority) {
 
 CPersistentThread::CPersistentThread(IPersistentThreadCallback* callback)
     : callback_(callback)
-    , thread_(createThread([](void* self) { static_cast<CPersistentThread*>(self)->run(); },
-                           this,
-                           1)) {}
+    , thread_(
+          createThread([](void* self) { static_cast<CPersistentThread*>(self)->run(); }, this, 1)) {
+}
 
 CPersistentThread::~CPersistentThread() { stop(); }
 

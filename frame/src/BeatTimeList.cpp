@@ -13,8 +13,7 @@ struct Form {
     const char* suffix;
     double factor;
 };
-constexpr Form kForms[] = {
-    {kStraight, "", 1.0}, {kTriplet, "T", 2.0 / 3.0}, {kDotted, "D", 1.5}};
+constexpr Form kForms[] = {{kStraight, "", 1.0}, {kTriplet, "T", 2.0 / 3.0}, {kDotted, "D", 1.5}};
 
 BeatTime makeEntry(double bars, const Form& form) {
     const int count = bars <= 1 ? 1 : static_cast<int>(bars + 0.02);
@@ -47,9 +46,8 @@ BeatTimeList::BeatTimeList(const float* bars, int kinds) {
         for (const Form& form : kForms)
             if ((kinds & form.kind) != 0)
                 entries_.push_back(makeEntry(static_cast<double>(*bars), form));
-    std::stable_sort(entries_.begin(), entries_.end(), [](const BeatTime& a, const BeatTime& b) {
-        return a.bars < b.bars;
-    });
+    std::stable_sort(entries_.begin(), entries_.end(),
+                     [](const BeatTime& a, const BeatTime& b) { return a.bars < b.bars; });
 }
 
 const BeatTime& BeatTimeList::at(int index) const {
@@ -70,8 +68,8 @@ double BeatTimeList::getBeatLength(int index, double tempo) const {
 }
 
 const BeatTimeList& BeatTimeList::straight() {
-    static constexpr float kBars[] = {
-        1.0F / 32, 1.0F / 16, 1.0F / 8, 1.0F / 4, 1.0F / 2, 1, 2, 4, 8, 0};
+    static constexpr float kBars[] = {1.0F / 32, 1.0F / 16, 1.0F / 8, 1.0F / 4, 1.0F / 2,
+                                      1,         2,         4,        8,        0};
     static const BeatTimeList list(kBars, kStraight);
     return list;
 }

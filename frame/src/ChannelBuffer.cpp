@@ -32,7 +32,8 @@ void CNChannelBuffer::resize(int samples, int channels) {
         new (std::align_val_t{kAlignment}) float[count]);
     std::fill_n(storage.get(), count, 0.0F);
     for (int i = 0; i < channels; ++i)
-        pointers[static_cast<std::size_t>(i)] = storage.get() + stride * static_cast<std::size_t>(i);
+        pointers[static_cast<std::size_t>(i)] =
+            storage.get() + stride * static_cast<std::size_t>(i);
 
     channels_ = std::move(pointers);
     storage_ = std::move(storage);

@@ -5,8 +5,8 @@
 namespace Vardo {
 
 namespace {
-constexpr const char* kNames[12] = {
-    "C ", "C#", "D ", "D#", "E ", "F ", "F#", "G ", "G#", "A ", "A#", "B "};
+constexpr const char* kNames[12] = {"C ", "C#", "D ", "D#", "E ", "F ",
+                                    "F#", "G ", "G#", "A ", "A#", "B "};
 constexpr int kLowestOctave = -2;
 
 int floorDivide(int a, int b) { return a >= 0 ? a / b : -((b - 1 - a) / b); }
@@ -16,7 +16,9 @@ char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + '
 
 void formatNote(int note, char* text, std::size_t capacity) {
     const int octave = floorDivide(note, 12);
-    Core::TextWriter(text, capacity).text(kNames[note - octave * 12]).integer(octave + kLowestOctave);
+    Core::TextWriter(text, capacity)
+        .text(kNames[note - octave * 12])
+        .integer(octave + kLowestOctave);
 }
 
 bool parseNote(const char* text, int& note) {

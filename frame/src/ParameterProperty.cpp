@@ -42,9 +42,7 @@ void ParameterProperty::setNormalizedValue(double value, int flags) {
     pending_ = true;
 }
 
-void ParameterProperty::setNormalizedValue(float value) {
-    setNormalizedValueFrom(nullptr, value);
-}
+void ParameterProperty::setNormalizedValue(float value) { setNormalizedValueFrom(nullptr, value); }
 
 void ParameterProperty::setNormalizedValueFrom(ParameterChangeListener* source, float value) {
     value_ = normalizedToPlain(double{value});

@@ -16,9 +16,7 @@ using Core::TextWriter;
 constexpr const char* kSilence = "-oo"; // minus infinity, where a level is 0
 constexpr double kSilenceDb = -99;
 
-int wholeNumber(float plain) {
-    return static_cast<int>(plain < 0 ? plain - 0.02F : plain + 0.02F);
-}
+int wholeNumber(float plain) { return static_cast<int>(plain < 0 ? plain - 0.02F : plain + 0.02F); }
 
 void formatPercentOfRange(const ValueScale& scale, double plain, TextWriter& out, int decimals) {
     if (plain < 0)
@@ -36,10 +34,7 @@ void formatGain(double plain, TextWriter& out, int decimals) {
         out.text(decibels < 0 ? "" : "+").fixed(decibels, decimals, 2);
 }
 
-void formatSignedPercent(const ValueScale& scale,
-                         double plain,
-                         TextWriter& out,
-                         bool shortForm) {
+void formatSignedPercent(const ValueScale& scale, double plain, TextWriter& out, bool shortForm) {
     if (plain > 0)
         out.text("+").fixed(plain / double{scale.max} * 100, shortForm ? 0 : 2, 2);
     else
@@ -85,8 +80,7 @@ float parsePercentOfRange(const ValueScale& scale, const char* text) {
 float parseSignedPercent(const ValueScale& scale, const char* text) {
     const double number = Core::parseNumber(text);
     if (std::strchr(text, '%') == nullptr) return static_cast<float>(number);
-    return static_cast<float>(number / 100 *
-                              (number > 0 ? double{scale.max} : -double{scale.min}));
+    return static_cast<float>(number / 100 * (number > 0 ? double{scale.max} : -double{scale.min}));
 }
 
 float parsePitchOffset(const char* text) {
@@ -116,13 +110,18 @@ float parseRatio(const ValueScale& scale, const char* text) {
 
 const char* unitOfKind(int kind) {
     switch (kind) {
-    case kMilliseconds: return "ms";
+    case kMilliseconds:
+        return "ms";
     case kPercentOfRange:
-    case kPercent: return "%";
+    case kPercent:
+        return "%";
     case kGainInDecibels:
-    case kDecibels: return "dB";
-    case kHertz: return "Hz";
-    default: return "";
+    case kDecibels:
+        return "dB";
+    case kHertz:
+        return "Hz";
+    default:
+        return "";
     }
 }
 
@@ -132,22 +131,42 @@ void formatValueOfKind(
     const double value{plain};
     const int decimals = shortForm ? 0 : 2;
     switch (scale.kind) {
-    case kPercentOfRange: formatPercentOfRange(scale, value, out, decimals); break;
-    case kGainInDecibels: formatGain(value, out, decimals); break;
-    case kSignedPercent: formatSignedPercent(scale, value, out, shortForm); break;
-    case kPitchOffset: formatPitchOffset(value, out); break;
-    case kSwitch: out.text(value >= 0.5 ? "On" : "Off"); break;
-    case kBalance: formatBalance(scale, value, out); break;
-    case kUserText: out.text(scale.userText == nullptr ? "" : scale.userText); break;
-    case kNote: formatNote(wholeNumber(plain), text, capacity); break;
-    case kInteger: out.integer(wholeNumber(plain)); break;
+    case kPercentOfRange:
+        formatPercentOfRange(scale, value, out, decimals);
+        break;
+    case kGainInDecibels:
+        formatGain(value, out, decimals);
+        break;
+    case kSignedPercent:
+        formatSignedPercent(scale, value, out, shortForm);
+        break;
+    case kPitchOffset:
+        formatPitchOffset(value, out);
+        break;
+    case kSwitch:
+        out.text(value >= 0.5 ? "On" : "Off");
+        break;
+    case kBalance:
+        formatBalance(scale, value, out);
+        break;
+    case kUserText:
+        out.text(scale.userText == nullptr ? "" : scale.userText);
+        break;
+    case kNote:
+        formatNote(wholeNumber(plain), text, capacity);
+        break;
+    case kInteger:
+        out.integer(wholeNumber(plain));
+        break;
     case kRatio:
         if (value >= 10)
             out.text(" 1 : inf");
         else
             out.text(" 1 : ").fixed(value, 2);
         break;
-    default: out.fixed(value, shortForm ? 0 : 1); break;
+    default:
+        out.fixed(value, shortForm ? 0 : 1);
+        break;
     }
 }
 
@@ -158,17 +177,25 @@ bool parseValueOfKind(const ValueScale& scale, const char* text, float& plain) {
         return true;
     }
     switch (scale.kind) {
-    case kPercentOfRange: plain = parsePercentOfRange(scale, text); return true;
+    case kPercentOfRange:
+        plain = parsePercentOfRange(scale, text);
+        return true;
     case kGainInDecibels:
         plain = static_cast<float>(std::pow(10.0, Core::parseNumber(text) / 20));
         return true;
-    case kSignedPercent: plain = parseSignedPercent(scale, text); return true;
-    case kPitchOffset: plain = parsePitchOffset(text); return true;
+    case kSignedPercent:
+        plain = parseSignedPercent(scale, text);
+        return true;
+    case kPitchOffset:
+        plain = parsePitchOffset(text);
+        return true;
     case kSwitch:
         plain = Core::equalsIgnoringCase(text, "On") ? 1.0F
                                                      : static_cast<float>(Core::parseNumber(text));
         return true;
-    case kBalance: plain = parseBalance(scale, text); return true;
+    case kBalance:
+        plain = parseBalance(scale, text);
+        return true;
     case kNote: {
         if (std::strlen(text) < 2) return false;
         int note = 0;
@@ -176,8 +203,12 @@ bool parseValueOfKind(const ValueScale& scale, const char* text, float& plain) {
                                       : static_cast<float>(Core::parseNumber(text));
         return true;
     }
-    case kRatio: plain = parseRatio(scale, text); return true;
-    default: plain = static_cast<float>(Core::parseNumber(text)); return true;
+    case kRatio:
+        plain = parseRatio(scale, text);
+        return true;
+    default:
+        plain = static_cast<float>(Core::parseNumber(text));
+        return true;
     }
 }
 

@@ -29,7 +29,8 @@ CFloatingRMS makeRms(float sampleRate, float lengthMs) {
 void feedInPieces(CFloatingRMS& rms, const std::vector<float>& audio) {
     std::mt19937 generator(3);
     for (std::size_t offset = 0; offset < audio.size();) {
-        const std::size_t count = std::min<std::size_t>(1 + generator() % 97, audio.size() - offset);
+        const std::size_t count =
+            std::min<std::size_t>(1 + generator() % 97, audio.size() - offset);
         rms.feed(audio.data() + offset, static_cast<int>(count));
         offset += count;
     }
@@ -47,8 +48,8 @@ TEST(FloatingRMS, isTheRootOfTheMeanSquareOfItsWindow) {
             sum += static_cast<std::uint32_t>(x * 20000000.0F * x);
         }
         EXPECT_EQ(rms.window(), static_cast<int>(lengthMs * 44.1F));
-        EXPECT_FLOAT_EQ(rms.value(),
-                        static_cast<float>(std::sqrt(static_cast<double>(sum) / 2e7 / rms.window())));
+        EXPECT_FLOAT_EQ(rms.value(), static_cast<float>(
+                                         std::sqrt(static_cast<double>(sum) / 2e7 / rms.window())));
     }
 }
 
@@ -94,7 +95,8 @@ TEST(HistogramScale, agreesWithTheLogarithmForEveryFinitePositiveFloat) {
         wrong += scale.bin(x) != expected;
     }
     EXPECT_EQ(wrong, 0);
-    for (const float x : {0.0F, -0.0F, 1e-40F, 9e-6F}) EXPECT_EQ(scale.bin(x), -1) << x;
+    for (const float x : {0.0F, -0.0F, 1e-40F, 9e-6F})
+        EXPECT_EQ(scale.bin(x), -1) << x;
     EXPECT_EQ(scale.bin(-1.0F), scale.bin(1.0F));
     EXPECT_EQ(scale.bin(1e6F), 108);
     EXPECT_EQ(scale.bin(std::nanf("")), -1);
@@ -106,9 +108,12 @@ TEST(FloatingHistogram, countsTheLastSecond) {
     histogram.setSampleRate(8000);
     histogram.setLength(1000);
     auto audio = noise(20000, 8, 1.0F);
-    for (std::size_t i = 0; i < audio.size(); i += 7) audio[i] *= 1e-3F;
-    for (std::size_t i = 0; i < audio.size(); i += 31) audio[i] = 0;
-    for (std::size_t i = 0; i < audio.size(); i += 101) audio[i] = 9; // above +12 dB
+    for (std::size_t i = 0; i < audio.size(); i += 7)
+        audio[i] *= 1e-3F;
+    for (std::size_t i = 0; i < audio.size(); i += 31)
+        audio[i] = 0;
+    for (std::size_t i = 0; i < audio.size(); i += 101)
+        audio[i] = 9; // above +12 dB
     for (std::size_t i = 0; i < audio.size(); i += 50)
         histogram.feed(audio.data() + i, 50);
 
@@ -126,8 +131,8 @@ TEST(FloatingHistogram, countsTheLastSecond) {
 }
 
 TEST(PeakFollower, advancesInClosedFormAsItStepsSampleBySample) {
-    constexpr float kTimes[][3] = {
-        {0, 300, 0}, {0, 5000, 2000}, {1500, 1500, 0}, {100, 60, 3}, {0.1F, 50, 3}, {20, 0, 1}};
+    constexpr float kTimes[][3] = {{0, 300, 0},  {0, 5000, 2000}, {1500, 1500, 0},
+                                   {100, 60, 3}, {0.1F, 50, 3},   {20, 0, 1}};
     std::mt19937 generator(21);
     std::uniform_real_distribution<double> level(0, 1);
     for (const auto& times : kTimes) {
@@ -142,14 +147,24 @@ TEST(PeakFollower, advancesInClosedFormAsItStepsSampleBySample) {
             for (int slice = 0; slice < 3000; ++slice) {
                 // Mostly small moves, now and then silence, a jump, or just above what it shows.
                 switch (generator() % 8) {
-                case 0: input = level(generator); break;
-                case 1: input = 0; break;
-                case 2: input = stepped.value() * 1.01; break;
-                case 3: input *= 1.0001; break;
-                default: break;
+                case 0:
+                    input = level(generator);
+                    break;
+                case 1:
+                    input = 0;
+                    break;
+                case 2:
+                    input = stepped.value() * 1.01;
+                    break;
+                case 3:
+                    input *= 1.0001;
+                    break;
+                default:
+                    break;
                 }
                 const int samples = static_cast<int>(generator() % 60);
-                for (int i = 0; i < samples; ++i) stepped.step(input);
+                for (int i = 0; i < samples; ++i)
+                    stepped.step(input);
                 advanced.advance(input, samples);
                 ASSERT_NEAR(advanced.value(), stepped.value(), 1e-12)
                     << "attack " << times[0] << " release " << times[1] << " hold " << times[2]
@@ -175,7 +190,8 @@ TEST(LevelMeterModel, dynamicRangeIsTheCrestOfTheMaterial) {
     LevelMeterModel sineMeter;
     sineMeter.setSampleRate(48000);
     EXPECT_EQ(sineMeter.dynamicRangeDb(), -96.0F);
-    for (int ms = 0; ms < 20000; ++ms) sineMeter.update(1.0F, 0.70710678F, 48);
+    for (int ms = 0; ms < 20000; ++ms)
+        sineMeter.update(1.0F, 0.70710678F, 48);
     EXPECT_NEAR(sineMeter.dynamicRangeDb(), 3.01, 0.01);
     EXPECT_NEAR(sineMeter.bar(), 1.0F, 1e-6);
     sineMeter.update(0.0F, 0.0F, 0);

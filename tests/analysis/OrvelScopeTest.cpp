@@ -1,6 +1,6 @@
 // The plug-in as a host drives it: audio through, chunks handed over, measures right.
-#include "Signals.h"
 #include "analysis/OrvelScope.h"
+#include "Signals.h"
 #include "frame/VardoCallback.h"
 
 #include <gtest/gtest.h>
@@ -54,8 +54,7 @@ TEST_P(OrvelScopeTest, measuresEverySampleOnceWhateverTheBlocks) {
 
     std::mt19937 generator(9);
     for (int offset = 0; offset < kRate;) {
-        const int samples =
-            std::min<int>(static_cast<int>(generator() % 1500), kRate - offset);
+        const int samples = std::min<int>(static_cast<int>(generator() % 1500), kRate - offset);
         const Stereo out = host.block(audio, offset, samples);
         ASSERT_TRUE(std::equal(out.left.begin(), out.left.end(), audio.left.begin() + offset));
         ASSERT_TRUE(std::equal(out.right.begin(), out.right.end(), audio.right.begin() + offset));
@@ -146,7 +145,7 @@ TEST_P(OrvelScopeTest, leavingBypassClearsTheMeasuresButNotTheOvers) {
 
 TEST_P(OrvelScopeTest, slicesEndOnSyncBoundaries) {
     PlainHost host(scope, 48000, 4800);
-    parameter(kScopeSyncMode).setValue(4);           // frequency
+    parameter(kScopeSyncMode).setValue(4);               // frequency
     parameter(kScopeSyncDurationFrequency).setValue(64); // 750 samples
     parameter(kScopeVisibleTimeMultiplier).setValue(1);
     host.play(stereoNoise(48000, 1), 4800);
@@ -172,12 +171,9 @@ TEST_P(OrvelScopeTest, survivesRatesAndSizesNoHostShouldSet) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Threading,
-                         OrvelScopeTest,
-                         testing::Bool(),
-                         [](const auto& threaded) {
-                             return threaded.param ? "worker" : "audioThread";
-                         });
+INSTANTIATE_TEST_SUITE_P(Threading, OrvelScopeTest, testing::Bool(), [](const auto& threaded) {
+    return threaded.param ? "worker" : "audioThread";
+});
 
 // ---- parameters
 

@@ -50,7 +50,8 @@ void playThroughAllModes(COrvelScope& scope, BareHost& host) {
         scope.setActivePage(page);
         for (int sync = 0; sync < 6; ++sync) {
             scope.scopeTiming().syncMode = sync;
-            for (int i = 0; i < 10; ++i) host.block();
+            for (int i = 0; i < 10; ++i)
+                host.block();
         }
     }
 }
@@ -145,14 +146,16 @@ TEST(AudioThread, losesNoChunkBehindAWorkerThatIsHeldUp) {
     const Stereo audio = stereoNoise(kBlock * kBlocks, 3);
     PlainHost host(scope, 48000, kBlock);
     auto worker = threadIds();
-    for (const int id : before) worker.erase(id);
+    for (const int id : before)
+        worker.erase(id);
     ASSERT_EQ(worker.size(), 1U);
 
     std::signal(SIGUSR1, holdThread);
     holding = true;
     held = false;
     syscall(SYS_tgkill, getpid(), *worker.begin(), SIGUSR1);
-    while (!held) std::this_thread::yield();
+    while (!held)
+        std::this_thread::yield();
 
     std::atomic<int> done{0};
     std::atomic<bool> unchanged{true};
@@ -172,7 +175,8 @@ TEST(AudioThread, losesNoChunkBehindAWorkerThatIsHeldUp) {
     EXPECT_EQ(whileHeld, 1) << "one chunk is with the worker, the next exchange waits for it";
     EXPECT_TRUE(unchanged);
     std::uint64_t sum = 0;
-    for (const float x : audio.left) sum += static_cast<std::uint32_t>(x * 20000000.0F * x);
+    for (const float x : audio.left)
+        sum += static_cast<std::uint32_t>(x * 20000000.0F * x);
     EXPECT_EQ(host.read().levels[0].rms,
               static_cast<float>(std::sqrt(static_cast<double>(sum) / 2e7 / audio.size())));
 }
@@ -198,7 +202,8 @@ TEST(Threads, mayDoEverythingWhileAudioRuns) {
     std::thread automation([&] {
         std::mt19937 generator(2);
         while (!stop) {
-            auto& parameter = scope.parameter(static_cast<ParameterId>(generator() % kNumParameters));
+            auto& parameter =
+                scope.parameter(static_cast<ParameterId>(generator() % kNumParameters));
             if (parameter.isAutomatable())
                 parameter.setNormalizedValue(static_cast<double>(generator() % 100) / 99,
                                              Vardo::kFromHost);
@@ -224,18 +229,30 @@ TEST(Threads, mayDoEverythingWhileAudioRuns) {
     Vardo::AnalysisSnapshot snapshot;
     for (int round = 0; round < 400; ++round) {
         switch (round % 8) {
-        case 0: scope.setBlockSize(16 + static_cast<int>(generator() % 500)); break;
-        case 1: scope.setSampleRate(8000 + static_cast<double>(generator() % 90000)); break;
+        case 0:
+            scope.setBlockSize(16 + static_cast<int>(generator() % 500));
+            break;
+        case 1:
+            scope.setSampleRate(8000 + static_cast<double>(generator() % 90000));
+            break;
         case 2: {
             void* data = nullptr;
             const int size = scope.getChunk(&data);
             scope.setChunk(data, size);
             break;
         }
-        case 3: scope.reset(); break;
-        case 4: scope.setThreadedProcessing(generator() % 2 == 0); break;
-        case 5: scope.readAnalysis(snapshot); break;
-        case 6: scope.parameter(kGlobalRMSLength).setValue(static_cast<float>(generator() % 1000)); break;
+        case 3:
+            scope.reset();
+            break;
+        case 4:
+            scope.setThreadedProcessing(generator() % 2 == 0);
+            break;
+        case 5:
+            scope.readAnalysis(snapshot);
+            break;
+        case 6:
+            scope.parameter(kGlobalRMSLength).setValue(static_cast<float>(generator() % 1000));
+            break;
         default:
             scope.setActivePage(static_cast<int>(generator() % 4));
             scope.parameter(kGlobalMeteringMode).setValue(static_cast<float>(generator() % 5));

@@ -43,11 +43,7 @@ TEST(TransportClock, countsWhilePlayingAndFollowsTheHostWhenItJumps) {
 TEST(TransportClock, keepsTheLastValidTempo) {
     TransportClock clock;
     EXPECT_EQ(clock.tempo(), 120.0F);
-    for (const float bad : {0.0F,
-                            -5.0F,
-                            0.5F,
-                            1000.5F,
-                            std::numeric_limits<float>::quiet_NaN(),
+    for (const float bad : {0.0F, -5.0F, 0.5F, 1000.5F, std::numeric_limits<float>::quiet_NaN(),
                             std::numeric_limits<float>::infinity()}) {
         EXPECT_FALSE(clock.beginChunk(playingAt(0, bad), 48000));
         EXPECT_EQ(clock.tempo(), 120.0F);

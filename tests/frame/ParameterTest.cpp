@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <functional>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <string>
 
@@ -249,7 +249,8 @@ TEST(ParameterListeners, mayComeAndGoWhileOthersAreTold) {
     Counter second;
     Counter third;
     Counter late;
-    for (Counter* listener : {&first, &second, &third}) parameter.addListener(listener, false);
+    for (Counter* listener : {&first, &second, &third})
+        parameter.addListener(listener, false);
     third.action = [&] {
         parameter.addListener(&late, false);
         parameter.removeListener(&second);

@@ -43,9 +43,8 @@ __attribute__((visibility("default"))) void* aligned_alloc(std::size_t alignment
     ++calls;
     return __libc_memalign(alignment, size);
 }
-__attribute__((visibility("default"))) int posix_memalign(void** memory,
-                                                          std::size_t alignment,
-                                                          std::size_t size) {
+__attribute__((visibility("default"))) int
+posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
     ++calls;
     *memory = __libc_memalign(alignment, size);
     return *memory == nullptr ? 12 : 0;

@@ -24,8 +24,7 @@ inline std::vector<float> sine(int samples, double hz, double sampleRate, double
     std::vector<float> result(static_cast<std::size_t>(samples));
     for (std::size_t i = 0; i < result.size(); ++i)
         result[i] = static_cast<float>(
-            amplitude *
-            std::sin(2 * std::numbers::pi * hz * static_cast<double>(i) / sampleRate));
+            amplitude * std::sin(2 * std::numbers::pi * hz * static_cast<double>(i) / sampleRate));
     return result;
 }
 
@@ -51,7 +50,8 @@ struct Transport {
 class PlainHost {
   public:
     PlainHost(Vardo::IPluginBase& plugin, double sampleRate, int blockSize)
-        : plugin_(plugin), sampleRate_(sampleRate) {
+        : plugin_(plugin)
+        , sampleRate_(sampleRate) {
         plugin.setSampleRate(sampleRate);
         plugin.setBlockSize(blockSize);
     }
@@ -80,7 +80,8 @@ class PlainHost {
         for (int offset = 0; offset < audio.size(); offset += blockSize) {
             const int samples = std::min(blockSize, audio.size() - offset);
             const Stereo out = block(audio, offset, samples);
-            same = same && std::equal(out.left.begin(), out.left.end(), audio.left.begin() + offset) &&
+            same = same &&
+                   std::equal(out.left.begin(), out.left.end(), audio.left.begin() + offset) &&
                    std::equal(out.right.begin(), out.right.end(), audio.right.begin() + offset);
         }
         return same;

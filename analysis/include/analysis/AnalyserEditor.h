@@ -15,8 +15,8 @@ class COrvelScope;
 /// Threads: GUI thread.
 class IAnalyserEditor : public Vardo::IPluginEditor {
   public:
-    /// The whole state was replaced, by a host's chunk or a preset: show the page, the preset's name
-    /// and all values anew.
+    /// The whole state was replaced, by a host's chunk or a preset: show the page, the preset's
+    /// name and all values anew.
     virtual void stateReplaced(int page) = 0;
 };
 

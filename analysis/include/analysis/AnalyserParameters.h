@@ -52,7 +52,8 @@ double projectorPosition(double hz, double sampleRate);
 class COrvelScope_IndexedParameter final : public Vardo::ParameterProperty {
   public:
     COrvelScope_IndexedParameter(const char* const* texts, int count)
-        : texts_(texts), count_(count) {}
+        : texts_(texts)
+        , count_(count) {}
 
     void formatValue(float plain, char* text, int flags) override;
     /// Takes the index of the text, upper and lower case being different; any other text leaves the

@@ -9,8 +9,8 @@ struct AnalysisBlock {
     float** channels = nullptr; ///< left and right, in one of the two capture buffers
     int sampleCount = 0;
     bool playing = false;
-    float tempo = 120.0F;  ///< beats per minute, as the host said
-    double position = 0;   ///< quarter notes, of the chunk's first sample
+    float tempo = 120.0F;    ///< beats per minute, as the host said
+    double position = 0;     ///< quarter notes, of the chunk's first sample
     bool resetFirst = false; ///< clear all measures before this chunk
 };
 

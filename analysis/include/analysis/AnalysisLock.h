@@ -38,7 +38,10 @@ class AnalysisLock {
 /// Holds the lock for a scope, with nothing in flight.
 class IdleAnalysis {
   public:
-    explicit IdleAnalysis(AnalysisLock& lock) : lock_(lock) { lock_.enterIdle(); }
+    explicit IdleAnalysis(AnalysisLock& lock)
+        : lock_(lock) {
+        lock_.enterIdle();
+    }
     ~IdleAnalysis() { lock_.leave(); }
     IdleAnalysis(const IdleAnalysis&) = delete;
     IdleAnalysis& operator=(const IdleAnalysis&) = delete;

@@ -10,8 +10,8 @@ namespace Orvel {
 /// What one host block says of the transport, with the tempo already valid.
 struct BlockTransport {
     bool playing = false;
-    float tempo = 120.0F;        ///< beats per minute
-    double position = 0;         ///< quarter notes, of the block's first sample
+    float tempo = 120.0F;         ///< beats per minute
+    double position = 0;          ///< quarter notes, of the block's first sample
     double quartersPerSample = 0; ///< at this tempo and the sample rate
 };
 
@@ -32,8 +32,8 @@ class ChunkCapture {
     void resize(int chunkLength);
     int chunkLength() const { return chunkLength_; }
 
-    /// Takes samples into the chunk, as many as it still lacks, from `offset` in the host's block of
-    /// `count` samples. Gives how many it took.
+    /// Takes samples into the chunk, as many as it still lacks, from `offset` in the host's block
+    /// of `count` samples. Gives how many it took.
     int add(const float* left,
             const float* right,
             int offset,
@@ -45,14 +45,14 @@ class ChunkCapture {
     /// Swaps the two records and starts an empty chunk. Under the analysis lock, nothing in flight.
     void exchange() noexcept ORVEL_NONBLOCKING;
 
-    AnalysisBlock& readRecord() { return *read_; }
+    const AnalysisBlock& readRecord() const { return *read_; }
 
   private:
     void pointRecords();
 
     int chunkLength_;
-    int remaining_;          // samples the chunk still lacks
-    bool playing_ = false;   // of the block that added last
+    int remaining_;            // samples the chunk still lacks
+    bool playing_ = false;     // of the block that added last
     double firstPosition_ = 0; // quarter notes, of the chunk's first sample
     Vardo::CNChannelBuffer buffers_[2];
     AnalysisBlock records_[2];

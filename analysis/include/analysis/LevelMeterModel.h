@@ -6,10 +6,9 @@
 
 namespace Orvel {
 
-/// What a meter shows of one channel, fed once per slice so that its motion follows the sample clock
-/// and not the paint rate.
-/// Unit: linear amplitude unless a name says Db. Threads: `update` on the analysing thread; the rest
-/// under the analysis lock.
+/// What a meter shows of one channel, fed once per slice so that its motion follows the sample
+/// clock and not the paint rate. Unit: linear amplitude unless a name says Db. Threads: `update` on
+/// the analysing thread; the rest under the analysis lock.
 class LevelMeterModel {
   public:
     static constexpr float kNoDynamicRangeDb = -96.0F; ///< shown while peak or RMS is 0

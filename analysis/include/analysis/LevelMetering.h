@@ -15,11 +15,9 @@ namespace Orvel {
 
 enum class MeteringMode : int { peak = 0, histogram = 1, k12 = 2, k14 = 3, k20 = 4 };
 
-/// Measures each slice. Left and Right are always fed; Mid and Side get RMS and ballistics only when
-/// asked for; Max gets neither.
-/// Unit: linear amplitude, 1.0 is full scale.
-/// Threads: `measure` on the analysing thread; the set-up and read-out under the analysis lock; the
-/// requests anywhere.
+/// Measures each slice. Left and Right are always fed; Mid and Side get RMS and ballistics only
+/// when asked for; Max gets neither. Unit: linear amplitude, 1.0 is full scale. Threads: `measure`
+/// on the analysing thread; the set-up and read-out under the analysis lock; the requests anywhere.
 class LevelMetering {
   public:
     static constexpr float kMaximumRmsMs = 1000.0F;
@@ -37,13 +35,15 @@ class LevelMetering {
     void requestOversReset() noexcept { oversResetWanted_ = true; }
     void carryOutRequests() noexcept ORVEL_NONBLOCKING;
 
-    void measure(const Slice& slice, MeteringMode mode, bool withMidAndSide) noexcept
-        ORVEL_NONBLOCKING;
+    void
+    measure(const Slice& slice, MeteringMode mode, bool withMidAndSide) noexcept ORVEL_NONBLOCKING;
 
     void read(Vardo::AnalysisSnapshot& snapshot) const;
 
     bool isHistogramOn() const { return mode_ == MeteringMode::histogram; }
-    const CFloatingHistogram& histogram(int channel) const { return channels_[index(channel)].histogram; }
+    const CFloatingHistogram& histogram(int channel) const {
+        return channels_[index(channel)].histogram;
+    }
     const LevelMeterModel& meter(int channel) const { return channels_[index(channel)].meter; }
     float overs(int channel) const { return channels_[index(channel)].overs; }
 

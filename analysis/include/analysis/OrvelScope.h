@@ -31,15 +31,15 @@ class VardoCallback;
 
 namespace Orvel {
 
-/// Passes stereo audio through bit for bit, copies it aside in chunks of one host block, and runs the
-/// chunks through everything that measures.
+/// Passes stereo audio through bit for bit, copies it aside in chunks of one host block, and runs
+/// the chunks through everything that measures.
 ///
 /// Threads. `process` runs on the host's audio thread. The analysis runs on the worker, or, with
-/// threaded processing off, on the audio thread inside `process`; whichever it is at the moment is the
-/// analysing thread. Everything else belongs to the main thread, except `setParameter`, which any
-/// thread may call. One lock (AnalysisLock) guards the exchange of chunks, the analysis and all that
-/// re-dimensions it; a gate keeps the audio thread out while its capture buffers change, without
-/// making it wait.
+/// threaded processing off, on the audio thread inside `process`; whichever it is at the moment is
+/// the analysing thread. Everything else belongs to the main thread, except `setParameter`, which
+/// any thread may call. One lock (AnalysisLock) guards the exchange of chunks, the analysis and all
+/// that re-dimensions it; a gate keeps the audio thread out while its capture buffers change,
+/// without making it wait.
 ///
 /// Road of a block: process -> ChunkCapture -> AnalysisLock -> threadFunction -> analyseBlock ->
 /// analyseSlice -> LevelMetering and the other members -> DisplayRecord.
@@ -107,7 +107,7 @@ class COrvelScope final : public Vardo::IPluginBase,
     void handOver(const BlockTransport& transport);
 
     // Analysing thread, under the lock.
-    void analyseBlock(AnalysisBlock& block) ORVEL_NONBLOCKING;
+    void analyseBlock(const AnalysisBlock& block) ORVEL_NONBLOCKING;
     int nextSliceLength(int samplesLeft) const ORVEL_NONBLOCKING;
     void analyseSlice(const float* left, const float* right, int count) ORVEL_NONBLOCKING;
 
@@ -118,7 +118,9 @@ class COrvelScope final : public Vardo::IPluginBase,
     // Any thread.
     bool isOnAudioThread() const;
     void setSwitchOff(ParameterId id);
-    template <typename Value> void storeTiming(Core::Relaxed<Value>& field, Value value);
+    void setRmsLength(float milliseconds);
+    template <typename Value>
+    void storeTiming(Core::Relaxed<Value>& field, Value value);
 
     // State (AnalyserState.cpp).
     void loadParameters();
@@ -156,8 +158,9 @@ class COrvelScope final : public Vardo::IPluginBase,
 
     // The analysis; under the lock.
     TransportClock clock_;
-    Vardo::CNChannelBuffer work_; // mid, side, max of the current slice
+    Vardo::CNChannelBuffer work_; // the five channels of the current slice
     LevelMetering metering_;
+    float rmsLengthMs_ = 0;
     int transientPosition_ = -1; // in the last slice; none
     std::int64_t slices_ = 0;
     DisplayRecord display_;

@@ -6,11 +6,10 @@
 namespace Orvel {
 
 /// Peak follower, defined per sample. A rise above the held value with a hold time jumps to it and
-/// stays there for the hold; after that the output moves to the input by one pole, which covers 99 %
-/// of a step in the attack or release time.
-/// Shape: one channel. Unit: whatever goes in, 0 or more (linear amplitude or decibels).
-/// Threads: one at a time. Fails: never; times of 0.1 ms or less mean at once.
-/// Source: pole exp(-ln(100) / (t * sampleRate)).
+/// stays there for the hold; after that the output moves to the input by one pole, which covers 99
+/// % of a step in the attack or release time. Shape: one channel. Unit: whatever goes in, 0 or more
+/// (linear amplitude or decibels). Threads: one at a time. Fails: never; times of 0.1 ms or less
+/// mean at once. Source: pole exp(-ln(100) / (t * sampleRate)).
 class PeakFollower {
   public:
     /// Hz.
@@ -30,14 +29,24 @@ class PeakFollower {
     double value() const { return value_; }
 
   private:
+    /// The factor by which the distance to the input shrinks per sample, with its last power:
+    /// slices mostly have the same length.
+    struct Pole {
+        double factor = 0;
+        int exponent = 0;
+        double power = 1;
+
+        void set(double newFactor) noexcept { *this = {newFactor, 0, 1}; }
+        double toThe(int samples) noexcept;
+    };
     void update();
 
     float sampleRate_ = 44100.0F;
     float attackMs_ = 1.0F;
     float releaseMs_ = 1.0F;
     float holdMs_ = 0.0F;
-    double attackPole_ = 0;
-    double releasePole_ = 0;
+    Pole attack_;
+    Pole release_;
     double value_ = 0;
     int holdSamples_ = 0;
     int holdCounter_ = 0;

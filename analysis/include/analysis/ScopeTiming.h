@@ -38,7 +38,7 @@ class ScopeTiming {
     Core::Relaxed<int> channelMode{0};
     Core::Relaxed<int> syncMode{0};
     Core::Relaxed<int> beatIndex{3};
-    Core::Relaxed<float> note{60.0F};       ///< 9 is 13.75 Hz, twelve to the octave
+    Core::Relaxed<float> note{60.0F}; ///< 9 is 13.75 Hz, twelve to the octave
     Core::Relaxed<float> frequencyHz{50.0F};
     Core::Relaxed<float> timeMs{5000.0F};
     Core::Relaxed<int> multiplier{4};

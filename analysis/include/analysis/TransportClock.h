@@ -9,8 +9,8 @@
 
 namespace Orvel {
 
-/// Tempo and position of the analysis. The position is read from the host when playback starts, when
-/// the tempo changes and when the host jumps; in between it only counts samples, so that small
+/// Tempo and position of the analysis. The position is read from the host when playback starts,
+/// when the tempo changes and when the host jumps; in between it only counts samples, so that small
 /// disagreements of hosts do not shake the picture.
 /// Threads: analysing thread; the getters anywhere.
 class TransportClock {

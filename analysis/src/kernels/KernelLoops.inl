@@ -25,13 +25,13 @@ inline std::int32_t magnitudeBits(float x) {
 
 inline std::int32_t larger(std::int32_t a, std::int32_t b) { return a > b ? a : b; }
 
-void conditionInput(float* samples, int count, float gain) {
+void conditionInput(const float* __restrict input, int count, float gain, float* __restrict output) {
     for (int i = 0; i < count; ++i) {
-        float x = samples[i] * gain;
+        float x = input[i] * gain;
         x = x == x ? x : 0.0F;
         x = x > kLimit ? kLimit : x;
         x = x < -kLimit ? -kLimit : x;
-        samples[i] = x;
+        output[i] = x;
     }
 }
 
@@ -66,9 +66,8 @@ void formChannels(const float* __restrict left,
     peaks[4] = __builtin_bit_cast(float, larger(peakLeft, peakRight));
 }
 
-std::uint64_t slideSquares(const float* __restrict samples,
-                           int count,
-                           std::uint32_t* __restrict ring) {
+std::uint64_t
+slideSquares(const float* __restrict samples, int count, std::uint32_t* __restrict ring) {
     std::uint64_t change = 0;
     for (int i = 0; i < count; ++i) {
         const float scaled = samples[i] * kSquareScale * samples[i];
@@ -76,8 +75,9 @@ std::uint64_t slideSquares(const float* __restrict samples,
         // Truncation to 32 unsigned bits, by way of the signed conversion that vectors have.
         const bool upper = square >= kTwo31;
         const float lowerPart = upper ? square - kTwo31 : square;
-        const std::uint32_t entry = static_cast<std::uint32_t>(static_cast<std::int32_t>(lowerPart)) +
-                                    (upper ? 0x80000000U : 0U);
+        const std::uint32_t entry =
+            static_cast<std::uint32_t>(static_cast<std::int32_t>(lowerPart)) +
+            (upper ? 0x80000000U : 0U);
         change += static_cast<std::uint64_t>(entry);
         change -= static_cast<std::uint64_t>(ring[i]);
         ring[i] = entry;

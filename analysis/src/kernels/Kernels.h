@@ -12,9 +12,9 @@ namespace Orvel {
 /// Shape: plain arrays, any alignment, no overlap between inputs and outputs.
 /// Unit: linear amplitude, 1.0 is full scale.
 struct Kernels {
-    /// Multiplies by `gain` and makes every sample fit for measuring: NaN becomes 0, the rest is
-    /// limited to +-1e6.
-    void (*conditionInput)(float* samples, int count, float gain);
+    /// Copies, multiplied by `gain` and fit for measuring: NaN becomes 0, the rest is limited to
+    /// +-1e6.
+    void (*conditionInput)(const float* input, int count, float gain, float* output);
 
     /// From left and right makes mid, side and max, and the largest magnitude of each of the five
     /// channels (in their order).

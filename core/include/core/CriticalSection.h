@@ -27,7 +27,10 @@ class CriticalSection {
 /// Holds a critical section for a scope.
 class ScopedLock {
   public:
-    explicit ScopedLock(CriticalSection& section) : section_(section) { section_.enter(); }
+    explicit ScopedLock(CriticalSection& section)
+        : section_(section) {
+        section_.enter();
+    }
     ~ScopedLock() { section_.leave(); }
     ScopedLock(const ScopedLock&) = delete;
     ScopedLock& operator=(const ScopedLock&) = delete;

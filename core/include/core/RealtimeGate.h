@@ -37,7 +37,10 @@ class RealtimeGate {
 /// Holds a gate for a scope on a thread that may wait.
 class GateHold {
   public:
-    explicit GateHold(RealtimeGate& gate) : gate_(gate) { gate_.enter(); }
+    explicit GateHold(RealtimeGate& gate)
+        : gate_(gate) {
+        gate_.enter();
+    }
     ~GateHold() { gate_.leave(); }
     GateHold(const GateHold&) = delete;
     GateHold& operator=(const GateHold&) = delete;

@@ -9,11 +9,14 @@ namespace Core {
 /// Reads and writes are relaxed atomics, which cost on x86 what a plain variable costs.
 /// Threads: any may read and write. No other memory is ordered by it: data that must be seen
 /// together goes through the record exchange or a lock.
-template <typename T> class Relaxed {
+template <typename T>
+class Relaxed {
   public:
     Relaxed() noexcept = default;
-    Relaxed(T value) noexcept : value_(value) {} // NOLINT(google-explicit-constructor)
-    Relaxed(const Relaxed& other) noexcept : value_(other.load()) {}
+    Relaxed(T value) noexcept
+        : value_(value) {} // NOLINT(google-explicit-constructor)
+    Relaxed(const Relaxed& other) noexcept
+        : value_(other.load()) {}
     Relaxed& operator=(const Relaxed& other) noexcept {
         store(other.load());
         return *this;

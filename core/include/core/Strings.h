@@ -21,7 +21,8 @@ class CString : public IString {
   public:
     /// `characters` has room for `capacity` bytes and outlives this object.
     CString(char* characters, std::size_t capacity) noexcept
-        : characters_(characters), capacity_(capacity) {}
+        : characters_(characters)
+        , capacity_(capacity) {}
 
     CString& operator=(const IString& other) {
         assign(other.c_str());
@@ -46,13 +47,23 @@ class CString : public IString {
 };
 
 /// A string with its own buffer of `size` bytes inside. 32, 64, 128 and 8192 are the usual sizes.
-template <std::size_t size> class CStringBufferd : public CString {
+template <std::size_t size>
+class CStringBufferd : public CString {
     static_assert(size > 0);
 
   public:
-    CStringBufferd() noexcept : CString(buffer_, size) { buffer_[0] = 0; }
-    explicit CStringBufferd(const char* text) : CStringBufferd() { assign(text); }
-    CStringBufferd(const CStringBufferd& other) : CStringBufferd() { assign(other.c_str()); }
+    CStringBufferd() noexcept
+        : CString(buffer_, size) {
+        buffer_[0] = 0;
+    }
+    explicit CStringBufferd(const char* text)
+        : CStringBufferd() {
+        assign(text);
+    }
+    CStringBufferd(const CStringBufferd& other)
+        : CStringBufferd() {
+        assign(other.c_str());
+    }
     CStringBufferd& operator=(const CStringBufferd& other) {
         assign(other.c_str());
         return *this;

@@ -15,7 +15,8 @@ class ThreadEvent {
   public:
     enum class Reset { manual, automatic };
 
-    explicit ThreadEvent(Reset mode = Reset::manual) noexcept : mode_(mode) {}
+    explicit ThreadEvent(Reset mode = Reset::manual) noexcept
+        : mode_(mode) {}
     ThreadEvent(const ThreadEvent&) = delete;
     ThreadEvent& operator=(const ThreadEvent&) = delete;
 

@@ -23,8 +23,8 @@ struct BeatTime {
 /// A list of beat lengths, sorted by length.
 class BeatTimeList {
   public:
-    /// `bars` is a list of lengths in bars that ends with 0; `kinds` is a sum of BeatTimeKinds: which
-    /// forms of each length to add.
+    /// `bars` is a list of lengths in bars that ends with 0; `kinds` is a sum of BeatTimeKinds:
+    /// which forms of each length to add.
     BeatTimeList(const float* bars, int kinds);
 
     int size() const { return static_cast<int>(entries_.size()); }

@@ -34,8 +34,7 @@ class CNChannelBuffer {
     void clear(int samples) noexcept ORVEL_NONBLOCKING;
 
     /// Copies as many channels and samples as both sides have.
-    void copyFrom(const float* const* source, int channels, int samples) noexcept
-        ORVEL_NONBLOCKING;
+    void copyFrom(const float* const* source, int channels, int samples) noexcept ORVEL_NONBLOCKING;
     void copyTo(float* const* target, int channels, int samples) const noexcept ORVEL_NONBLOCKING;
 
     /// Null when there is no such channel.

@@ -13,8 +13,8 @@ struct MidiRecord {
     std::uint8_t data1 = 0;
     std::uint8_t data2 = 0;
     std::uint8_t reserved = 0;
-    std::int32_t message = 0;     ///< status without its channel
-    float normalizedData2 = 0;    ///< data byte 2 as 0..1
+    std::int32_t message = 0;  ///< status without its channel
+    float normalizedData2 = 0; ///< data byte 2 as 0..1
     std::int32_t unused[4] = {};
 };
 static_assert(sizeof(MidiRecord) == 32);

@@ -24,10 +24,9 @@ enum ParameterChangeFlags : int {
 /// A plug-in as every adapter drives it: create, `setSampleRate`, `setBlockSize` (in this order),
 /// then `process` for each block. Both set-up calls may come again at any time.
 ///
-/// Threads: `process` on the host's audio thread, `setParameter` on any, the rest on the host's main
-/// thread. A host that mixes this up gets wrong pictures for a moment, never a crash.
-/// Fails: nothing here reports a failure but a null pointer; std::bad_alloc may leave the set-up
-/// calls.
+/// Threads: `process` on the host's audio thread, `setParameter` on any, the rest on the host's
+/// main thread. A host that mixes this up gets wrong pictures for a moment, never a crash. Fails:
+/// nothing here reports a failure but a null pointer; std::bad_alloc may leave the set-up calls.
 class IPluginBase {
   public:
     virtual ~IPluginBase() = default;

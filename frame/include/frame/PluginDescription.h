@@ -32,7 +32,7 @@ struct PluginDescription {
     int programs = 1;
     std::string versionText;
     int category = kCategoryEffect;
-    bool hasSidechain = false; ///< an adapter then adds a stereo input pair
+    bool hasSidechain = false;       ///< an adapter then adds a stereo input pair
     std::uint32_t versionNumber = 0; ///< one byte per version field
     int flags = 0;
 };

@@ -1,3 +1,4 @@
+// The copies between host and adapter.
 #include "HostBlock.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Which of the host's words on time are taken.
 #include "HostTransport.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// Events in, events out, bounded.
 #include "MidiQueue.h"
 
 #include <new>

@@ -1,3 +1,4 @@
+// Building the map, gestures and host calls.
 #include "ParameterMap.h"
 
 #include "frame/PluginBase.h"

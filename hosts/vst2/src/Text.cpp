@@ -1,3 +1,4 @@
+// Cutting texts.
 #include "Text.h"
 
 #include <cstring>

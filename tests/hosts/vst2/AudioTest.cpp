@@ -160,7 +160,7 @@ TEST_F(Audio, HostThatCallsBackInFromTheBlockDoesNotHang) {
     EXPECT_EQ(effect.run({Samples(9, 2.0F)}, 1)[0], Samples(9, 1.0F));
 }
 
-// While the main thread rebuilds, audio passes as it came.
+// A block that the plug-in cannot take goes from input to output, also crossed over in place.
 TEST_F(Audio, PassesUnseenWhereThePluginFails) {
     const Samples left(1000, 1.0F);
     const Samples right(1000, 2.0F);

@@ -1,3 +1,4 @@
+// What the fake host answers.
 #include "FakeHost.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The made-up plug-ins.
 #include "StubModule.h"
 
 #include "frame/PluginModule.h"
