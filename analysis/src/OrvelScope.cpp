@@ -132,13 +132,8 @@ void COrvelScope::analyseSlice(const float* left, const float* right, int count)
     Slice slice;
     slice.count = count;
     std::copy_n(work, Vardo::kNumAnalysisChannels, slice.channels);
-    kernels().formChannels(work[Vardo::kLeft],
-                           work[Vardo::kRight],
-                           count,
-                           work[Vardo::kMid],
-                           work[Vardo::kSide],
-                           work[Vardo::kMax],
-                           slice.peaks);
+    kernels().formChannels(work[Vardo::kLeft], work[Vardo::kRight], count, work[Vardo::kMid],
+                           work[Vardo::kSide], work[Vardo::kMax], slice.peaks);
 
     const bool stereoFieldPage = activePage_ == static_cast<int>(Vardo::AnalyserPage::stereoField);
     metering_.measure(slice, static_cast<MeteringMode>(meteringMode_.load()), stereoFieldPage);
