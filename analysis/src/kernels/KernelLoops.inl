@@ -85,9 +85,24 @@ slideSquares(const float* __restrict samples, int count, std::uint32_t* __restri
     return change;
 }
 
+// Bits of floats as integers of the same order; its own inverse.
+inline std::int32_t ordered(std::int32_t bits) { return bits ^ ((bits >> 31) & kMagnitudeMask); }
+
+void findRange(const float* __restrict samples, int count, float* lowest, float* highest) {
+    std::int32_t low = 0x7FFFFFFF;
+    std::int32_t high = -0x7FFFFFFF - 1;
+    for (int i = 0; i < count; ++i) {
+        const std::int32_t value = ordered(__builtin_bit_cast(std::int32_t, samples[i]));
+        low = value < low ? value : low;
+        high = value > high ? value : high;
+    }
+    *lowest = __builtin_bit_cast(float, ordered(low));
+    *highest = __builtin_bit_cast(float, ordered(high));
+}
+
 } // namespace
 
 extern const Kernels KERNEL_SET;
-const Kernels KERNEL_SET = {conditionInput, formChannels, slideSquares, KERNEL_NAME};
+const Kernels KERNEL_SET = {conditionInput, formChannels, slideSquares, findRange, KERNEL_NAME};
 
 } // namespace Orvel

@@ -30,6 +30,9 @@ struct Kernels {
     /// Gives the sum of the new entries less that of the old ones, modulo 2^64.
     std::uint64_t (*slideSquares)(const float* samples, int count, std::uint32_t* ring);
 
+    /// Lowest and highest of at least one sample; no NaN among them.
+    void (*findRange)(const float* samples, int count, float* lowest, float* highest);
+
     const char* name;
 };
 
