@@ -9,8 +9,9 @@ packages_run() {
 g++                the compiler
 cmake              configures the build
 ninja-build        runs the build
-pkg-config         finds libsndfile
+pkg-config         finds libsndfile and FFTW
 zlib1g-dev         packs the state that hosts store
+libfftw3-dev       the Fourier transforms of the spectra
 libsndfile1-dev    reads WAV, FLAC, OGG and MP3
 nlohmann-json3-dev writes results as JSON
 libcli11-dev       reads the command line
@@ -59,7 +60,7 @@ done
 
 echo "Installing with apt-get:" >&2
 for name in "${missing[@]}"; do
-    grep -E "^$name " <<<"$list" | sed 's/^/  /' >&2
+    awk -v name="$name" '$1 == name { print "  " $0 }' <<<"$list" >&2
 done
 
 as_root=()
