@@ -65,10 +65,12 @@ void COrvelScope::setParameter(Vardo::IPluginParameter* parameter, double value,
     case kScopeDeEsserMale:
         showMaleEss_ = isOn(value);
         if (isOn(value)) setSwitchOff(kScopeDeEsserFemale);
+        setVoice();
         break;
     case kScopeDeEsserFemale:
         showFemaleEss_ = isOn(value);
         if (isOn(value)) setSwitchOff(kScopeDeEsserMale);
+        setVoice();
         break;
     case kSpectrumFFTSize:
         fftSizeIndex_ = indexValue(value, kLastFFTSize);
@@ -91,12 +93,26 @@ void COrvelScope::setParameter(Vardo::IPluginParameter* parameter, double value,
     if ((flags & Vardo::kFromEditor) == 0) editorRefreshWanted_ = true;
 }
 
+void COrvelScope::setVoice() {
+    scope_.setVoice(showMaleEss_     ? SibilanceVoice::male
+                    : showFemaleEss_ ? SibilanceVoice::female
+                                     : SibilanceVoice::off);
+}
+
 /// Only a real change restarts the windows: loading a preset with the same length does not.
 void COrvelScope::setRmsLength(float milliseconds) {
     const IdleAnalysis idle(lock_);
     if (milliseconds == rmsLengthMs_) return;
     rmsLengthMs_ = milliseconds;
     metering_.setRmsLength(milliseconds);
+}
+
+void COrvelScope::setSpectrum(int sizeIndex, float updateSpeed) {
+    const IdleAnalysis idle(lock_);
+    if (sizeIndex == fftSizeIndex_ && updateSpeed == updateSpeed_.load()) return;
+    fftSizeIndex_ = sizeIndex;
+    updateSpeed_ = updateSpeed;
+    spectrum_.configure(sampleRate_, sizeIndex, updateSpeed);
 }
 
 /// A new timing ends a freeze, so that the user sees what it does.

@@ -1,5 +1,6 @@
 #include "analysis/OrvelScope.h"
 
+#include "SampleCount.h"
 #include "ThreadingSetting.h"
 #include "frame/BeatTimeList.h"
 #include "frame/ProcessContext.h"
@@ -16,13 +17,13 @@ namespace {
 // The chunk until a host says how long its blocks are.
 constexpr int kFirstChunkLength = 16384;
 
-int sliceLength(double sampleRate) { return std::max(1, static_cast<int>(sampleRate * 0.001)); }
+static_assert(COrvelScope::kHighestSampleRate * 0.001 == kLongestSlice);
 
 } // namespace
 
 COrvelScope::COrvelScope(Vardo::VardoCallback* callback, const EditorFactory& makeEditor)
     : callback_(callback)
-    , work_(sliceLength(kHighestSampleRate), Vardo::kNumAnalysisChannels)
+    , work_(kLongestSlice, Vardo::kNumAnalysisChannels)
     , capture_(kFirstChunkLength)
     , threaded_(readThreadingSetting())
     , worker_(this) {
@@ -32,7 +33,7 @@ COrvelScope::COrvelScope(Vardo::VardoCallback* callback, const EditorFactory& ma
         parameter->setImmediateListener(this);
         parameterChanged(parameter);
     }
-    metering_.setSampleRate(sampleRate_);
+    dimension();
     if (makeEditor) editor_ = makeEditor(*this);
 }
 
@@ -102,30 +103,35 @@ void COrvelScope::analyseBlock(const AnalysisBlock& block) {
     clock_.beginChunk(block, double{sampleRate_});
 
     for (int offset = 0; offset < block.sampleCount;) {
-        const int count = nextSliceLength(block.sampleCount - offset);
-        analyseSlice(block.channels[0] + offset, block.channels[1] + offset, count);
-        offset += count;
+        const SlicePlan plan = planSlice(block.sampleCount - offset);
+        analyseSlice(block.channels[0] + offset, block.channels[1] + offset, plan);
+        offset += plan.count;
     }
 }
 
-int COrvelScope::nextSliceLength(int samplesLeft) const {
+COrvelScope::SlicePlan COrvelScope::planSlice(int samplesLeft) const {
     const double rate{sampleRate_};
+    SlicePlan plan;
+    plan.period = timing_.period(double{clock_.tempo()});
+    if (timing_.hasGrid())
+        plan.samplesToSync =
+            timing_.distanceToBoundary(plan.period.milliseconds, rate, clock_.position());
+
+    // A transient of the last slice shortens this one, so that the meters move with it.
     const std::int64_t longest = sliceLength(rate);
-    std::int64_t distance = -1;
-    if (timing_.mode() == ScopeSyncMode::transient)
-        distance = transientPosition_;
-    else if (timing_.hasGrid())
-        distance = timing_.distanceToBoundary(timing_.period(double{clock_.tempo()}).milliseconds,
-                                              rate, clock_.position());
-    if (distance < 0) distance = longest;
-    return static_cast<int>(
-        std::min<std::int64_t>(samplesLeft, std::clamp<std::int64_t>(distance, 1, longest)));
+    std::int64_t wanted =
+        timing_.mode() == ScopeSyncMode::transient ? scope_.firstTransient() : plan.samplesToSync;
+    if (wanted < 0) wanted = longest;
+    plan.count = static_cast<int>(
+        std::min<std::int64_t>(samplesLeft, std::clamp<std::int64_t>(wanted, 1, longest)));
+    return plan;
 }
 
-void COrvelScope::analyseSlice(const float* left, const float* right, int count) {
+void COrvelScope::analyseSlice(const float* left, const float* right, const SlicePlan& plan) {
     // The chunk itself is only read: memory that two cores write in turn is slow for both.
     float* const* const work = work_.channels();
     const float gain = inputGain_;
+    const int count = plan.count;
     kernels().conditionInput(left, count, gain, work[Vardo::kLeft]);
     kernels().conditionInput(right, count, gain, work[Vardo::kRight]);
 
@@ -134,16 +140,48 @@ void COrvelScope::analyseSlice(const float* left, const float* right, int count)
     std::copy_n(work, Vardo::kNumAnalysisChannels, slice.channels);
     kernels().formChannels(work[Vardo::kLeft], work[Vardo::kRight], count, work[Vardo::kMid],
                            work[Vardo::kSide], work[Vardo::kMax], slice.peaks);
-
-    const bool stereoFieldPage = activePage_ == static_cast<int>(Vardo::AnalyserPage::stereoField);
-    metering_.measure(slice, static_cast<MeteringMode>(meteringMode_.load()), stereoFieldPage);
-    if (display_.isWatched()) display_.pushLevels(metering_, stereoFieldPage);
-
+    measure(slice, plan);
     clock_.advance(count);
+    samplesAnalysed_ += count;
     ++slices_;
 }
 
-void COrvelScope::resetMeasures() { metering_.reset(); }
+void COrvelScope::measure(const Slice& slice, const SlicePlan& plan) {
+    const auto page = static_cast<Vardo::AnalyserPage>(activePage_.load());
+    const bool stereoField = page == Vardo::AnalyserPage::stereoField;
+    metering_.measure(slice, static_cast<MeteringMode>(meteringMode_.load()), stereoField);
+
+    if (page == Vardo::AnalyserPage::scope && !scopeFrozen_)
+        scope_.feed(slice, timing_, plan.period, plan.samplesToSync, samplesAnalysed_);
+    else
+        scope_.skip();
+
+    if ((stereoField || page == Vardo::AnalyserPage::spectrum) && !spectrumFrozen_)
+        spectrum_.feed(slice);
+
+    if (stereoField && slice.count > 1) correlation_.feed(slice.left(), slice.right(), slice.count);
+
+    if (!display_.isWatched()) return;
+    display_.pushLevels(metering_, stereoField);
+    if (!stereoField) return;
+    display_.goniometer.push(slice.left(), slice.right(), slice.count);
+    display_.correlation = correlation_.correlation();
+}
+
+void COrvelScope::resetMeasures() {
+    metering_.reset();
+    scope_.reset();
+    correlation_.reset();
+    spectrum_.clear();
+}
+
+/// Sizes and times of all members for the sample rate of the moment.
+void COrvelScope::dimension() {
+    metering_.setSampleRate(sampleRate_);
+    scope_.setSampleRate(sampleRate_);
+    correlation_.setSampleRate(sampleRate_);
+    spectrum_.configure(sampleRate_, fftSizeIndex_, updateSpeed_);
+}
 
 // ---- main thread
 
@@ -153,8 +191,8 @@ void COrvelScope::setSampleRate(double rate) {
         static_cast<float>(std::clamp(rate, kLowestSampleRate, kHighestSampleRate));
     {
         const IdleAnalysis idle(lock_);
-        metering_.setSampleRate(limited);
         sampleRate_ = limited;
+        dimension();
     }
     // The projector stays at its frequency, so its parameter, a share of the range, moves.
     setProjectorPosition(projectorPosition(double{projectorHz_}, double{limited}));
@@ -199,6 +237,37 @@ void COrvelScope::readAnalysis(Vardo::AnalysisSnapshot& snapshot) {
     snapshot.page = static_cast<Vardo::AnalyserPage>(activePage_.load());
     snapshot.slices = slices_;
     metering_.read(snapshot);
+    scope_.read(snapshot);
+    snapshot.correlation = correlation_.correlation();
+}
+
+void COrvelScope::readSpectrum(Vardo::SpectrumSnapshot& snapshot) {
+    const IdleAnalysis idle(lock_);
+    carryOutReset();
+    const std::ptrdiff_t bins = spectrum_.fftSize() / 2 + 1;
+    const float* const mid = spectrum_.levelsDb(Vardo::kMid);
+    const float* const side = spectrum_.levelsDb(Vardo::kSide);
+    snapshot.fftSize = spectrum_.fftSize();
+    snapshot.binHz = double{sampleRate_} / spectrum_.fftSize();
+    snapshot.frames = spectrum_.frames();
+    snapshot.midDb.assign(mid, mid + bins);
+    snapshot.sideDb.assign(side, side + bins);
+}
+
+void COrvelScope::setScopeColumns(int columns) { scope_.provider().SetNumColumns(columns); }
+
+void COrvelScope::readScope(Vardo::ScopeTable& table) {
+    const IdleAnalysis idle(lock_);
+    CScopeDataProvider_Sync& provider = scope_.provider();
+    std::vector<Sorel::ScopeColumn> columns(static_cast<std::size_t>(provider.numColumns()));
+    provider.TryLock();
+    for (std::size_t layer = 0; layer < table.size(); ++layer) {
+        provider.GetLayerData(static_cast<int>(layer), columns.data(), provider.numColumns());
+        table[layer].clear();
+        for (const Sorel::ScopeColumn& column : columns)
+            table[layer].push_back({column.min, column.max});
+    }
+    provider.Unlock();
 }
 
 void COrvelScope::setThreadedProcessing(bool threaded) {

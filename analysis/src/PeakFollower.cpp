@@ -49,25 +49,6 @@ void PeakFollower::reset() {
     holdCounter_ = 0;
 }
 
-double PeakFollower::step(double input) noexcept {
-    int counter = holdCounter_;
-    if (input > held_) {
-        held_ = input;
-        counter = 0;
-    }
-    double target = input;
-    if (counter >= holdSamples_) {
-        held_ = value_;
-        holdCounter_ = holdSamples_;
-    } else {
-        holdCounter_ = counter + 1;
-        target = held_;
-    }
-    const Pole& pole = target > held_ ? attack_ : release_;
-    value_ = target + (held_ - target) * pole.factor;
-    return value_;
-}
-
 double PeakFollower::advance(double input, int samples) noexcept {
     // Literal steps until what follows is plain holding or plain sliding; at most three.
     // Without a hold time it slides from the first step on.

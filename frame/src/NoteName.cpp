@@ -2,12 +2,19 @@
 
 #include "core/NumberText.h"
 
+#include <algorithm>
+#include <cmath>
+
+#include <cmath>
+
 namespace Vardo {
 
 namespace {
 constexpr const char* kNames[12] = {"C ", "C#", "D ", "D#", "E ", "F ",
                                     "F#", "G ", "G#", "A ", "A#", "B "};
 constexpr int kLowestOctave = -2;
+constexpr double kConcertPitchHz = 440;
+constexpr int kConcertPitchNote = 69; // A 3
 
 int floorDivide(int a, int b) { return a >= 0 ? a / b : -((b - 1 - a) / b); }
 
@@ -19,6 +26,30 @@ void formatNote(int note, char* text, std::size_t capacity) {
     Core::TextWriter(text, capacity)
         .text(kNames[note - octave * 12])
         .integer(octave + kLowestOctave);
+}
+
+void formatNoteTight(int note, char* text, std::size_t capacity) {
+    const int octave = floorDivide(note, 12);
+    const char* const name = kNames[note - octave * 12];
+    const char letters[] = {name[0], name[1] == '#' ? '#' : char{}, char{}};
+    Core::TextWriter(text, capacity).text(letters).integer(octave + kLowestOctave);
+}
+
+int nearestNote(double hz) {
+    return static_cast<int>(std::lround(12 * std::log2(hz / kConcertPitchHz))) + kConcertPitchNote;
+}
+
+int noteAt(double hz) {
+    const double limited = hz >= 1.0 ? std::min(hz, 1e6) : 1.0;
+    return static_cast<int>(std::lround(69 + 12 * std::log2(limited / 440)));
+}
+
+void formatNoteAt(double hz, char* text, std::size_t capacity) {
+    const int note = noteAt(hz);
+    const int octave = floorDivide(note, 12);
+    const char* const name = kNames[note - octave * 12];
+    const char unpadded[3] = {name[0], name[1] == ' ' ? '\0' : name[1], 0};
+    Core::TextWriter(text, capacity).text(unpadded).integer(octave + kLowestOctave);
 }
 
 bool parseNote(const char* text, int& note) {

@@ -1,6 +1,7 @@
 // The scope's table: columns of lowest and highest samples, scrolling or standing at sync points.
 #include "Signals.h"
 #include "analysis/CorrelationBlock.h"
+#include "analysis/GoniometerStream.h"
 #include "analysis/ScopeDataProviderSync.h"
 #include "kernels/Kernels.h"
 
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <memory>
 #include <thread>
 
 namespace Orvel {
@@ -276,6 +278,37 @@ TEST(Correlation, isPearsonsAndMovesByTheSlice) {
         smoothed += ((at + 32 == 2048 ? r : 0) - smoothed) * 0.007;
     }
     EXPECT_NEAR(block.correlation(), smoothed, 1e-6);
+}
+
+// ---- goniometer
+
+TEST(Goniometer, pointsStandWhereTheFieldExpectsThem) {
+    GoniometerStream stream;
+    const float left[] = {1, 0, 0.5F, 0.5F};
+    const float right[] = {0, 1, 0.5F, -0.5F};
+    stream.push(left, right, 4); // reaches full scale: drawn to the edge
+    auto points = std::make_unique<std::array<GoniometerPoint, GoniometerStream::kNumPoints>>();
+    stream.read(*points);
+    const auto* const last = points->data() + points->size() - 4;
+    EXPECT_EQ(last[0].side, -0.5F) << "left is to the left";
+    EXPECT_EQ(last[0].mid, 0.5F);
+    EXPECT_EQ(last[1].side, 0.5F);
+    EXPECT_EQ(last[2].side, 0.0F) << "mono is a vertical line";
+    EXPECT_EQ(last[3].mid, 0.0F) << "antiphase is a horizontal one";
+    EXPECT_EQ((*points)[0].mid, 0.0F);
+
+    const float quiet[] = {0.5F};
+    const float loud[] = {-4};
+    stream.push(quiet, quiet, 1);
+    stream.push(loud, loud, 1);
+    stream.read(*points);
+    EXPECT_FLOAT_EQ((*points)[points->size() - 2].mid, 0.45F);
+    EXPECT_FLOAT_EQ((*points)[points->size() - 1].mid, -1);
+
+    for (int i = 0; i < 2000; ++i)
+        stream.push(left, right, 4);
+    stream.read(*points);
+    EXPECT_EQ((*points)[0].side, -0.5F) << "oldest first, all from the last 4096 samples";
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // What the analysis leaves for the pictures: plain values that live as long as the plug-in.
 #pragma once
 
+#include "analysis/GoniometerStream.h"
 #include "core/RealTime.h"
 #include "core/Relaxed.h"
 #include "frame/AnalysisSnapshot.h"
@@ -63,6 +64,8 @@ class DisplayRecord {
 
     std::array<MeterDisplay, 4> meters; ///< Left, Right, Mid, Side
     std::array<HistogramDisplay, 4> histograms;
+    GoniometerStream goniometer;
+    Core::Relaxed<float> correlation{0.0F}; ///< -1 to 1
     /// Grows by one with every write: a view repaints when it moved.
     Core::Relaxed<unsigned> levelsGeneration{0};
 

@@ -5,10 +5,13 @@
 #include "analysis/AnalyserParameters.h"
 #include "analysis/AnalysisLock.h"
 #include "analysis/ChunkCapture.h"
+#include "analysis/CorrelationBlock.h"
 #include "analysis/DisplayRecord.h"
 #include "analysis/LevelMetering.h"
+#include "analysis/ScopeFeed.h"
 #include "analysis/ScopeTiming.h"
 #include "analysis/Slice.h"
+#include "analysis/SpectrumAnalyser.h"
 #include "analysis/TransportClock.h"
 #include "core/DataStore.h"
 #include "core/PersistentThread.h"
@@ -76,6 +79,9 @@ class COrvelScope final : public Vardo::IPluginBase,
 
     // IAnalysisReadout
     void readAnalysis(Vardo::AnalysisSnapshot& snapshot) override;
+    void readSpectrum(Vardo::SpectrumSnapshot& snapshot) override;
+    void setScopeColumns(int columns) override;
+    void readScope(Vardo::ScopeTable& table) override;
     void setThreadedProcessing(bool threaded) override;
 
     // ParameterChangeListener
@@ -95,6 +101,8 @@ class COrvelScope final : public Vardo::IPluginBase,
     float sampleRate() const { return sampleRate_; }
     const TransportClock& transport() const { return clock_; }
     ScopeTiming& scopeTiming() { return timing_; }
+    /// The scope's table, for its one reader.
+    CScopeDataProvider_Sync& scopeTable() { return scope_.provider(); }
     float projectorFrequency() const { return projectorHz_; }
     DisplayRecord& display() { return display_; }
     Vardo::IPluginParameter& parameter(ParameterId id) {
@@ -108,17 +116,27 @@ class COrvelScope final : public Vardo::IPluginBase,
 
     // Analysing thread, under the lock.
     void analyseBlock(const AnalysisBlock& block) ORVEL_NONBLOCKING;
-    int nextSliceLength(int samplesLeft) const ORVEL_NONBLOCKING;
-    void analyseSlice(const float* left, const float* right, int count) ORVEL_NONBLOCKING;
+    struct SlicePlan {
+        int count = 0;
+        SyncPeriod period;
+        std::int64_t samplesToSync = -1; // from the slice's first sample; negative: no grid
+    };
+    SlicePlan planSlice(int samplesLeft) const ORVEL_NONBLOCKING;
+    void
+    analyseSlice(const float* left, const float* right, const SlicePlan& plan) ORVEL_NONBLOCKING;
+    void measure(const Slice& slice, const SlicePlan& plan) ORVEL_NONBLOCKING;
 
     // Under the lock.
+    void dimension();
     void resetMeasures();
     void carryOutReset();
 
     // Any thread.
     bool isOnAudioThread() const;
     void setSwitchOff(ParameterId id);
+    void setVoice();
     void setRmsLength(float milliseconds);
+    void setSpectrum(int sizeIndex, float updateSpeed);
     template <typename Value>
     void storeTiming(Core::Relaxed<Value>& field, Value value);
 
@@ -151,7 +169,7 @@ class COrvelScope final : public Vardo::IPluginBase,
     Core::Relaxed<bool> showMaleEss_{false};
     Core::Relaxed<bool> showFemaleEss_{false};
     Core::Relaxed<int> fftSizeIndex_{3};
-    Core::Relaxed<float> updateSpeed_{1.0F};
+    Core::Relaxed<float> updateSpeed_{16.0F};
     Core::Relaxed<bool> spectrumFrozen_{false};
     Core::Relaxed<int> analyzeMode_{0};
     Core::Relaxed<float> projectorHz_{kLowestProjectorHz};
@@ -161,8 +179,11 @@ class COrvelScope final : public Vardo::IPluginBase,
     Vardo::CNChannelBuffer work_; // the five channels of the current slice
     LevelMetering metering_;
     float rmsLengthMs_ = 0;
-    int transientPosition_ = -1; // in the last slice; none
+    ScopeFeed scope_;
+    SpectrumAnalyser spectrum_;
+    CorrelationBlock correlation_;
     std::int64_t slices_ = 0;
+    std::int64_t samplesAnalysed_ = 0;
     DisplayRecord display_;
 
     // Hand-over.

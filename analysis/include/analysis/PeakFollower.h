@@ -53,4 +53,24 @@ class PeakFollower {
     double held_ = 0;
 };
 
+// In the header, so that a loop over samples keeps the state in registers.
+inline double PeakFollower::step(double input) noexcept {
+    int counter = holdCounter_;
+    if (input > held_) {
+        held_ = input;
+        counter = 0;
+    }
+    double target = input;
+    if (counter >= holdSamples_) {
+        held_ = value_;
+        holdCounter_ = holdSamples_;
+    } else {
+        holdCounter_ = counter + 1;
+        target = held_;
+    }
+    const double pole = target > held_ ? attack_.factor : release_.factor;
+    value_ = target + (held_ - target) * pole;
+    return value_;
+}
+
 } // namespace Orvel

@@ -19,16 +19,14 @@ namespace {
 constexpr std::array<const char*, 4> kPageNames = {"scope", "spectrum", "stereo", "system"};
 
 constexpr const char* kExamples = R"(Examples:
-  orvelscope measure master.wav
-      levels, overs and dynamic range of a finished master
-  orvelscope measure master.flac --set GlobalMeteringMode=3
-      the same with the K-14 meter
-  orvelscope measure mix.wav --page stereo --set GlobalRMSLength=300
-      with mid and side, RMS over 300 ms
-  orvelscope measure quiet.wav --set GlobalInputGain=0.5 --json > quiet.json
-      6 dB down before measuring, as numbers for another program
-  orvelscope measure --demo --set GlobalMeteringMode=1 --json
-      the demonstration signal with its level histogram)";
+  orvelscope measure master.wav --set GlobalMeteringMode=3
+      peaks, overs and dynamic range of a finished master, RMS by the K-14 meter
+  orvelscope measure mix.flac --page stereo --set GlobalRMSLength=300 --json > mix.json
+      mono compatibility: correlation, mid and side, and the spectrum of the end, for other programs
+  orvelscope measure drums.wav --tempo 128 --set ScopeSyncMode=2 --columns 800 --json
+      where the hits are, and the last quarter note as the scope draws it
+  orvelscope measure voice.wav --set ScopeDeEsserFemale=1
+      how many seconds of a female voice hiss)";
 
 std::string quoted(const std::string& text) { return "'" + text + "'"; }
 
@@ -43,11 +41,11 @@ std::optional<double> readNumber(const std::string& text) {
     return value;
 }
 
-int readBlockSize(const std::string& text) {
+int readWhole(const char* option, const char* unit, int highest, const std::string& text) {
     const std::optional<double> value = readNumber(text);
-    if (!value || *value < 1 || *value > kLargestBlock || *value != std::floor(*value))
-        throw UserError("--block takes a whole number of samples from 1 to 1048576, not " +
-                        quoted(text));
+    if (!value || *value < 1 || *value > highest || *value != std::floor(*value))
+        throw UserError(std::string(option) + " takes a whole number of " + unit + " from 1 to " +
+                        std::to_string(highest) + ", not " + quoted(text));
     return static_cast<int>(*value);
 }
 
@@ -126,6 +124,7 @@ struct MeasureTexts {
     std::string block = "512";
     std::optional<std::string> page;
     std::optional<std::string> threaded;
+    std::optional<std::string> columns;
     std::string tempo = "120";
     std::vector<std::string> settings;
     bool demo = false;
@@ -141,8 +140,8 @@ CLI::App* addMeasure(CLI::App& app, MeasureTexts& texts) {
         ->type_name("N");
     measure
         ->add_option("--page", texts.page,
-                     "Page that counts as open: scope, spectrum, stereo (adds the RMS of mid and "
-                     "side), system")
+                     "Page that counts as open: scope (transients, sibilance), spectrum, stereo "
+                     "(correlation, spectrum, RMS of mid and side), system")
         ->type_name("PAGE");
     measure
         ->add_option("--set", texts.settings,
@@ -157,6 +156,10 @@ CLI::App* addMeasure(CLI::App& app, MeasureTexts& texts) {
         ->type_name("on|off");
     measure->add_option("--tempo", texts.tempo, "Tempo of the transport, 1 to 1000 (120)")
         ->type_name("BPM");
+    measure
+        ->add_option("--columns", texts.columns,
+                     "With --json on the scope page: its table, N columns wide, as at the end")
+        ->type_name("N");
     measure->add_flag("--json", texts.json, "Print one JSON object instead of a table");
     for (CLI::Option* option : measure->get_options())
         if (option->get_name() != "--set")
@@ -175,7 +178,9 @@ MeasureOptions readMeasure(const MeasureTexts& texts) {
     if (!options.demo && options.path.empty())
         throw UserError("measure needs a FILE, for example 'orvelscope measure song.wav', "
                         "or --demo");
-    options.blockSize = readBlockSize(texts.block);
+    options.blockSize = readWhole("--block", "samples", kLargestBlock, texts.block);
+    if (texts.columns)
+        options.columns = readWhole("--columns", "columns", kMostColumns, *texts.columns);
     options.tempo = readTempo(texts.tempo);
     if (texts.page) options.page = readPage(*texts.page);
     if (texts.threaded) options.threaded = readSwitch(*texts.threaded);

@@ -22,6 +22,7 @@ struct MeasureOptions {
     std::vector<ParameterSetting> settings; ///< in the order given: a later one wins
     std::optional<bool> threaded;           ///< empty: as the user's settings say
     double tempo = 120;                     ///< beats per minute
+    int columns = 0;                        ///< of the scope's table in the report; 0: no table
     bool json = false;
 };
 
@@ -33,6 +34,7 @@ struct CommandLine {
 };
 
 inline constexpr int kLargestBlock = 1048576;
+inline constexpr int kMostColumns = 100000;
 inline constexpr double kSlowestTempo = 1;
 inline constexpr double kFastestTempo = 1000;
 

@@ -1,6 +1,7 @@
 // What was measured, for programs.
 #include "MeasureCommand.h"
 #include "Report.h"
+#include "SpectrumPeak.h"
 
 #include <nlohmann/json.hpp>
 
@@ -39,6 +40,46 @@ Json histogramOf(const Vardo::AnalysisSnapshot& analysis) {
     return histogram;
 }
 
+Json transientsOf(const Measurement& measurement) {
+    return measurement.transients ? Json(*measurement.transients) : Json(nullptr);
+}
+
+Json sibilanceOf(const Vardo::AnalysisSnapshot& analysis) {
+    if (analysis.page != Vardo::AnalyserPage::scope || analysis.sibilanceVoice == 0) return nullptr;
+    return {{analysis.sibilanceVoice == 1 ? "male" : "female", analysis.sibilanceSeconds}};
+}
+
+Json correlationOf(const Vardo::AnalysisSnapshot& analysis) {
+    if (analysis.page != Vardo::AnalyserPage::stereoField) return nullptr;
+    return number(analysis.correlation);
+}
+
+Json spectrumOf(const Measurement& measurement) {
+    if (!measurement.spectrum) return nullptr;
+    const Vardo::SpectrumSnapshot& spectrum = *measurement.spectrum;
+    const std::optional<SpectrumPeak> highest = highestOf(spectrum);
+    return {{"fft_size", spectrum.fftSize},
+            {"bin_hz", spectrum.binHz},
+            {"frames", spectrum.frames},
+            {"mid", spectrum.midDb},
+            {"side", spectrum.sideDb},
+            {"highest_db", highest ? Json(number(highest->db)) : Json(nullptr)},
+            {"highest_hz", highest ? Json(highest->hz) : Json(nullptr)},
+            {"note", highest ? Json(highest->note) : Json(nullptr)}};
+}
+
+Json scopeOf(const Measurement& measurement) {
+    if (!measurement.scope) return nullptr;
+    Json layers = Json::array();
+    for (const std::vector<Vardo::ScopeRange>& layer : *measurement.scope) {
+        Json columns = Json::array();
+        for (const Vardo::ScopeRange& column : layer)
+            columns.push_back({number(column.lowest), number(column.highest)});
+        layers.push_back(std::move(columns));
+    }
+    return {{"columns", measurement.scope->front().size()}, {"layers", std::move(layers)}};
+}
+
 } // namespace
 
 const char* channelKey(int channel) {
@@ -64,6 +105,11 @@ std::string jsonReport(const Measurement& measurement) {
     report["dynamic_range"] = {{"left", number(analysis.dynamicRangeDb[0])},
                                {"right", number(analysis.dynamicRangeDb[1])}};
     report["histogram"] = histogramOf(analysis);
+    report["transients"] = transientsOf(measurement);
+    report["sibilance"] = sibilanceOf(analysis);
+    report["correlation"] = correlationOf(analysis);
+    report["spectrum"] = spectrumOf(measurement);
+    report["scope"] = scopeOf(measurement);
     // File names need not be UTF-8; JSON must.
     return report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }

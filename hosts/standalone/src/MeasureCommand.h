@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,11 @@ struct Measurement {
     int blockSize = 0; ///< samples analysed at a time, the last block apart
     std::vector<ParameterReading> parameters;
     Vardo::AnalysisSnapshot analysis;
+
+    // Only where the active page measures it.
+    std::optional<std::vector<std::int64_t>> transients; ///< frames from the start of the source
+    std::optional<Vardo::SpectrumSnapshot> spectrum;
+    std::optional<Vardo::ScopeTable> scope; ///< when columns were asked for
 };
 
 using PluginFactory =

@@ -2,6 +2,7 @@
 #include "MeasureCommand.h"
 #include "Report.h"
 #include "ReportText.h"
+#include "SpectrumPeak.h"
 
 #include <algorithm>
 #include <array>
@@ -92,6 +93,36 @@ std::string histogramOf(const Vardo::AnalysisSnapshot& analysis) {
     return text + "  (last second)\n";
 }
 
+// What the active page adds.
+std::string pageLinesOf(const Measurement& measurement) {
+    const Vardo::AnalysisSnapshot& analysis = measurement.analysis;
+    std::string text;
+    if (measurement.transients) {
+        const std::size_t count = measurement.transients->size();
+        text += padded("Transients", kNameWidth) + std::to_string(count);
+        if (count > 0)
+            text += ", the first at " +
+                    fixedNumber(static_cast<double>(measurement.transients->front()) /
+                                    measurement.source.sampleRate,
+                                3) +
+                    " s";
+        text += "\n";
+        if (analysis.sibilanceVoice != 0)
+            text += padded("Sibilance", kNameWidth) + fixedNumber(analysis.sibilanceSeconds, 2) +
+                    " s, as of a " + (analysis.sibilanceVoice == 1 ? "male" : "female") +
+                    " voice\n";
+    }
+    if (analysis.page == Vardo::AnalyserPage::stereoField)
+        text += padded("Correlation", kNameWidth) +
+                fixedNumber(static_cast<double>(analysis.correlation), 2) + "\n";
+    if (measurement.spectrum)
+        if (const std::optional<SpectrumPeak> highest = highestOf(*measurement.spectrum))
+            text += padded("Spectrum", kNameWidth) + "highest of mid at the end: " +
+                    fixedNumber(static_cast<double>(highest->db), 1) + " dB @ " +
+                    fixedNumber(highest->hz, 1) + " Hz (" + highest->note + ")\n";
+    return text;
+}
+
 } // namespace
 
 std::string tableReport(const Measurement& measurement) {
@@ -102,7 +133,7 @@ std::string tableReport(const Measurement& measurement) {
             dynamicRange(analysis.dynamicRangeDb[0]) + ", Right " +
             dynamicRange(analysis.dynamicRangeDb[1]) + "\n";
     if (analysis.histogramEnabled) text += histogramOf(analysis);
-    return text;
+    return text + pageLinesOf(measurement);
 }
 
 } // namespace Standalone

@@ -109,7 +109,8 @@ INSTANTIATE_TEST_SUITE_P(Music,
 TEST(Measure, HasTheAgreedShape) {
     const Json measured = measure({"--demo", "--tempo", "90"});
     EXPECT_EQ(keysOf(measured),
-              (Arguments{"file", "engine", "levels", "dynamic_range", "histogram"}));
+              (Arguments{"file", "engine", "levels", "dynamic_range", "histogram", "transients",
+                         "sibilance", "correlation", "spectrum", "scope"}));
     EXPECT_EQ(keysOf(measured["file"]),
               (Arguments{"path", "sample_rate", "channels", "frames", "seconds"}));
     EXPECT_EQ(keysOf(measured["engine"]),
@@ -128,7 +129,37 @@ TEST(Measure, HasTheAgreedShape) {
         EXPECT_EQ(other["engine"]["page"], page);
         EXPECT_EQ(other["levels"]["mid"]["rms"].is_null(), std::string(page) != "stereo");
         EXPECT_EQ(other["engine"]["parameters"], measured["engine"]["parameters"]);
+        const bool stereo = std::string(page) == "stereo";
+        EXPECT_EQ(other["correlation"].is_null(), !stereo);
+        EXPECT_EQ(other["spectrum"].is_null(), !stereo && std::string(page) != "spectrum");
+        EXPECT_EQ(other["transients"].is_null(), std::string(page) != "scope");
+        EXPECT_TRUE(other["sibilance"].is_null());
+        EXPECT_TRUE(other["scope"].is_null());
     }
+}
+
+TEST(Measure, PagesAddWhatTheyShow) {
+    const Json spectrum = measure({"--demo", "--page", "spectrum", "--set", "SpectrumFFTSize=1",
+                                   "SpectrumUpdateSpeed=4"})["spectrum"];
+    EXPECT_EQ(keysOf(spectrum), (Arguments{"fft_size", "bin_hz", "frames", "mid", "side",
+                                           "highest_db", "highest_hz", "note"}));
+    EXPECT_EQ(spectrum["fft_size"], 4096);
+    EXPECT_EQ(spectrum["bin_hz"], 48000.0 / 4096);
+    EXPECT_EQ(spectrum["frames"], 384000 / 1024);
+    EXPECT_EQ(spectrum["mid"].size(), 2049U);
+    const double highest = spectrum["highest_db"];
+    for (std::size_t bin = 2; bin < 2049; ++bin)
+        EXPECT_LE(spectrum["mid"][bin], highest);
+
+    const Json scope = measure({"--demo", "--columns", "300", "--set", "ScopeSyncMode=2",
+                                "ScopeDeEsserFemale=1", "--tempo", "110"});
+    EXPECT_EQ(scope["scope"]["columns"], 300);
+    ASSERT_EQ(scope["scope"]["layers"].size(), 6U);
+    for (const Json& layer : scope["scope"]["layers"])
+        EXPECT_EQ(layer.size(), 300U);
+    EXPECT_GT(scope["transients"].size(), 4U) << "the demonstration signal has drums";
+    EXPECT_EQ(keysOf(scope["sibilance"]), Arguments{"female"});
+    EXPECT_GT(scope["sibilance"]["female"], 0.1);
 }
 
 TEST(Measure, SettingsReachTheMeter) {

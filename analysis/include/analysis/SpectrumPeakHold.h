@@ -1,0 +1,26 @@
+// How long peaks stand, and how fast they fall.
+#pragma once
+
+namespace Orvel {
+
+/// Threads: its owner's.
+class SpectrumPeakHold {
+  public:
+    /// dB per second, 0..48. 0 keeps peaks until they are cleared. Up to 24 they stand for 2 s
+    /// before they fall, then shorter, down to half a second at 48.
+    void setReset(float dbPerSecond) noexcept;
+
+    bool falls() const noexcept { return falls_; }
+    float holdMs() const noexcept { return holdMs_; }
+    float decayDbPerMs() const noexcept { return decay_; }
+
+    /// One step of `ms` of a peak and its remaining hold: up at once, down after the hold.
+    void step(float level, float ms, float& peakDb, float& remainingMs) const noexcept;
+
+  private:
+    bool falls_ = true;
+    float holdMs_ = 3000;
+    float decay_ = 1;
+};
+
+} // namespace Orvel

@@ -1,0 +1,138 @@
+#include "analysis/SpectrumModel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace Orvel {
+
+namespace {
+// Part of the way to the level of the frame, per step. What reaches full scale is followed faster,
+// whether it rises or falls.
+constexpr float kNearFullScale = 0.85F;
+constexpr float kElsewhere = 0.35F;
+} // namespace
+
+SpectrumModel::SpectrumModel() = default;
+
+void SpectrumModel::setFormat(double sampleRate, int fftSize) {
+    if (sampleRate == sampleRate_ && fftSize == frame_.fftSize) return;
+    const auto bins = static_cast<std::size_t>(SpectrumFrame::numBins(fftSize));
+    std::vector<float> levels[4];
+    for (auto& values : levels)
+        values.resize(bins);
+    frame_.levelsDb = std::move(levels[0]);
+    smoothed_ = std::move(levels[1]);
+    peak_ = std::move(levels[2]);
+    peakTimeMs_ = std::move(levels[3]);
+    frame_.fftSize = fftSize;
+    sampleRate_ = sampleRate;
+    binHz_ = fftSize > 0 ? sampleRate / fftSize : 0;
+    scale_.setSampleRate(sampleRate);
+    bands_.setSampleRate(sampleRate);
+    clear();
+}
+
+void SpectrumModel::setBounds(float width, float top, float bottom) noexcept {
+    scale_.setWidth(double{width});
+    waterfall_.setHeights(top, bottom);
+}
+
+void SpectrumModel::setLine(bool on) noexcept {
+    if (std::exchange(line_, on) != on) clearPeaks();
+}
+
+void SpectrumModel::setWaterfall(bool on) noexcept {
+    if (std::exchange(showWaterfall_, on) != on) clearPeaks();
+}
+
+void SpectrumModel::setLinearScale(bool linear) noexcept {
+    if (linear == scale_.isLinear()) return;
+    scale_.setLinear(linear);
+    clearPeaks();
+}
+
+void SpectrumModel::setNumBands(int count) noexcept {
+    bands_.setShownCount(count);
+    waterfall_.clear();
+}
+
+void SpectrumModel::clear() noexcept {
+    std::fill(frame_.levelsDb.begin(), frame_.levelsDb.end(), kLowestShownDb);
+    std::fill(smoothed_.begin(), smoothed_.end(), kLowestShownDb);
+    setHighest(kLowestShownDb, double{kLowestShownHz});
+    waitingMs_ = 0;
+    clearPeaks();
+}
+
+void SpectrumModel::clearPeaks() noexcept {
+    std::fill(peak_.begin(), peak_.end(), kLowestShownDb);
+    std::fill(peakTimeMs_.begin(), peakTimeMs_.end(), 0.0F);
+    bands_.clear();
+    waterfall_.clear();
+}
+
+bool SpectrumModel::receive(SpectrumHandover& handover) {
+    if (!handover.take(incoming_)) return false;
+    // One made before the engine or the view changed its size.
+    if (incoming_.fftSize != frame_.fftSize) return false;
+    std::swap(incoming_, frame_);
+    // A frame that was once longer keeps its room.
+    frame_.levelsDb.resize(smoothed_.size());
+    return true;
+}
+
+int SpectrumModel::advance(double elapsedMs) noexcept {
+    if (frame_.fftSize == 0 || !(elapsedMs > 0)) return 0;
+    waitingMs_ += elapsedMs;
+    const double passed = std::floor(waitingMs_ / double{kStepMs});
+    waitingMs_ -= passed * double{kStepMs};
+    const int steps = static_cast<int>(std::min(passed, double{kMostSteps}));
+    for (int i = 0; i < steps; ++i)
+        step();
+    return steps;
+}
+
+void SpectrumModel::step() noexcept {
+    if (showWaterfall_)
+        waterfall_.step(frame(), analyzeMode_, scale_);
+    else if (line_)
+        stepLine();
+    else
+        stepBands();
+}
+
+void SpectrumModel::stepLine() noexcept {
+    float highest = kLowestShownDb;
+    std::size_t highestBin = 0;
+    for (std::size_t i = 0; i < smoothed_.size(); ++i) {
+        const float level = frame_.levelsDb[i];
+        smoothed_[i] += (level - smoothed_[i]) * (level >= 0 ? kNearFullScale : kElsewhere);
+        if (smoothed_[i] > highest) {
+            highest = smoothed_[i];
+            highestBin = i;
+        }
+        hold_.step(level, kStepMs, peak_[i], peakTimeMs_[i]);
+        peak_[i] = std::max(peak_[i], smoothed_[i]);
+    }
+    setHighest(highest, static_cast<double>(highestBin) * binHz_);
+}
+
+void SpectrumModel::stepBands() noexcept {
+    bands_.step(frame(), analyzeMode_, hold_, kStepMs);
+    float highest = kLowestShownDb;
+    double hz = double{kLowestShownHz};
+    for (const SpectrumBand& band : bands_.shown()) {
+        if (band.value <= highest) continue;
+        highest = band.value;
+        hz = (double{band.lowHz} + double{band.highHz}) * 0.5;
+    }
+    setHighest(highest, hz);
+}
+
+void SpectrumModel::setHighest(float db, double hz) noexcept {
+    highestDb_ = db;
+    highestHz_ = scale_.limited(hz);
+}
+
+} // namespace Orvel
