@@ -73,10 +73,10 @@ void COrvelScope::setParameter(Vardo::IPluginParameter* parameter, double value,
         setVoice();
         break;
     case kSpectrumFFTSize:
-        fftSizeIndex_ = indexValue(value, kLastFFTSize);
+        setSpectrum(indexValue(value, kLastFFTSize), updateSpeed_);
         break;
     case kSpectrumUpdateSpeed:
-        updateSpeed_ = plain;
+        setSpectrum(fftSizeIndex_, plain);
         break;
     case kSpectrumFreeze:
         spectrumFrozen_ = isOn(value);

@@ -140,11 +140,11 @@ void addChord(Mix& mix, double start, double length, const std::array<double, 3>
 void addHiss(Mix& mix, double start, std::uint32_t seed) {
     constexpr double length = 0.22;
     Noise noise(seed);
-    StateVariableFilter teeth(6000, 0.5);
+    StateVariableFilter teeth(7200, 0.35);
     mix.add(start, length, -0.2, [&](double t) {
         teeth.step(noise());
         const double swell = std::sin(std::numbers::pi * t / length);
-        return 0.32 * swell * swell * teeth.band();
+        return 0.55 * swell * teeth.band();
     });
 }
 
