@@ -72,6 +72,12 @@ class Frames {
         slice.channels[Vardo::kSide] = right_.data();
         return analyser_.feed(slice);
     }
+    /// All samples from now on.
+    void scale(float factor) {
+        for (auto* channel : {&left_, &right_})
+            for (float& sample : *channel)
+                sample *= factor;
+    }
     /// Time of the one call that makes the frame.
     double frameMicroseconds() {
         for (;;) {
@@ -115,14 +121,18 @@ void frameBesideBareTransform(benchmark::State& state) {
 }
 BENCHMARK(frameBesideBareTransform)->Arg(48000)->Arg(96000)->Arg(192000)->Arg(384000);
 
-/// Everything a second of audio costs at 16 frames per frame length, in slices of a millisecond.
-void secondOfAudio(benchmark::State& state) {
+/// Everything a second of audio costs at 16 frames per frame length, in slices of a millisecond:
+/// noise, then numbers so small that processors handle them slowly, then silence.
+void secondOfAudio(benchmark::State& state, float level) {
     Frames frames(48000);
+    frames.scale(level);
     for (auto _ : state)
         for (int slice = 0; slice < 1000; ++slice)
             benchmark::DoNotOptimize(frames.feed());
 }
-BENCHMARK(secondOfAudio)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(secondOfAudio, of_noise, 1.0F)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(secondOfAudio, of_denormals, 1e-39F)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(secondOfAudio, of_silence, 0.0F)->Unit(benchmark::kMillisecond);
 
 /// Plan and twiddle factors of a size nobody used before, buffers and window.
 void settingUpTheFirstInstanceOfASize(benchmark::State& state) {

@@ -3,7 +3,6 @@
 #include "SampleCount.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 
 namespace Orvel {
@@ -13,28 +12,18 @@ constexpr float kLowest = std::numeric_limits<float>::lowest();
 
 inline float larger(float a, float b) { return a > b ? a : b; }
 
-// Four samples at once, the first in time in lane 0.
-using Four = float __attribute__((vector_size(16)));
-constexpr Four kLowestFour = {kLowest, kLowest, kLowest, kLowest};
-
-inline Four load(const float* from) {
-    Four x;
-    std::memcpy(&x, from, sizeof x);
-    return x;
-}
-inline void store(float* to, Four x) { std::memcpy(to, &x, sizeof x); }
-inline Four larger(Four a, Four b) { return a > b ? a : b; }
-
-/// Lane by lane the largest from lane 0 up to it.
-inline Four heads(Four x) {
-    x = larger(x, __builtin_shufflevector(kLowestFour, x, 0, 4, 5, 6));
-    return larger(x, __builtin_shufflevector(kLowestFour, x, 0, 1, 4, 5));
-}
-/// Lane by lane the largest from it up to lane 3.
-inline Four tails(Four x) {
-    x = larger(x, __builtin_shufflevector(x, kLowestFour, 1, 2, 3, 4));
-    return larger(x, __builtin_shufflevector(x, kLowestFour, 2, 3, 4, 5));
-}
+/// Largest from the first up to each of four, done so that a run of fours waits for one maximum
+/// per four and not per sample.
+struct Heads {
+    float upTo[4];
+    Heads(float a, float b, float c, float d) {
+        upTo[0] = a;
+        upTo[1] = larger(a, b);
+        const float cd = larger(c, d);
+        upTo[2] = larger(upTo[1], c);
+        upTo[3] = larger(upTo[1], cd);
+    }
+};
 } // namespace
 
 CBufferMaxEnvelope::CBufferMaxEnvelope() { redimension(); }
@@ -65,15 +54,16 @@ void CBufferMaxEnvelope::clear() noexcept {
 
 void CBufferMaxEnvelope::finishRing() noexcept {
     float* const ring = ring_.data();
-    Four tail = kLowestFour; // the same in every lane
+    float tail = kLowest;
     int i = windowSamples_;
     for (; i >= 4; i -= 4) {
-        const Four x = larger(tails(load(ring + i - 4)), tail);
-        store(ring + i - 4, x);
-        tail = __builtin_shufflevector(x, x, 0, 0, 0, 0);
+        const Heads heads(ring[i - 1], ring[i - 2], ring[i - 3], ring[i - 4]);
+        for (int k = 0; k < 4; ++k)
+            ring[i - 1 - k] = larger(heads.upTo[k], tail);
+        tail = ring[i - 4];
     }
-    for (float rest = tail[0]; i > 0; --i)
-        rest = ring[i - 1] = larger(ring[i - 1], rest);
+    for (; i > 0; --i)
+        tail = ring[i - 1] = larger(ring[i - 1], tail);
     writeIndex_ = 0;
     head_ = kLowest;
 }
@@ -82,16 +72,22 @@ void CBufferMaxEnvelope::process(const float* input, int count, float* output) n
     while (count > 0) {
         const int run = std::min(count, windowSamples_ - writeIndex_);
         float* const ring = ring_.data() + writeIndex_;
-        Four heads4 = {head_, head_, head_, head_}; // the same in every lane
+        float head = head_;
         int i = 0;
         for (; i + 4 <= run; i += 4) {
-            const Four x = load(input + i);
-            const Four head = larger(heads(x), heads4);
-            store(output + i, larger(head, load(ring + i + 1)));
-            store(ring + i, x);
-            heads4 = __builtin_shufflevector(head, head, 3, 3, 3, 3);
+            const float a = input[i];
+            const float b = input[i + 1];
+            const float c = input[i + 2];
+            const float d = input[i + 3];
+            const Heads heads(a, b, c, d);
+            for (int k = 0; k < 4; ++k)
+                output[i + k] = larger(larger(heads.upTo[k], head), ring[i + k + 1]);
+            head = larger(heads.upTo[3], head);
+            ring[i] = a;
+            ring[i + 1] = b;
+            ring[i + 2] = c;
+            ring[i + 3] = d;
         }
-        float head = heads4[0];
         for (; i < run; ++i) {
             const float x = input[i];
             head = larger(x, head);

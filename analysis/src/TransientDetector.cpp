@@ -37,7 +37,7 @@ void CTransientDetector::reset() noexcept {
     envelope_.clear();
     fast_.reset();
     slow_.reset();
-    samplesSinceMark_ = 0;
+    samplesSinceMark_ = holdSamples_; // the first onset counts
 }
 
 int CTransientDetector::process(const float* left,

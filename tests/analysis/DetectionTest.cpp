@@ -266,11 +266,13 @@ TEST(TransientDetector, marksAStepAtOnceAndThenNothingForTheHold) {
         for (std::size_t i = 1; i < marks.size(); ++i)
             EXPECT_GT(marks[i] - marks[i - 1], hold);
 
-        // The same step too early: the hold counts from the start.
-        detector.reset();
+        // The same step at once: a new detector waits for its hold, one that was reset does not.
         Stereo early{std::vector<float>(static_cast<std::size_t>(hold), 1.0F), {}};
         early.right = early.left;
-        EXPECT_TRUE(marksOf(detector, early, rate).empty());
+        auto untouched = detectorAt(rate);
+        EXPECT_TRUE(marksOf(untouched, early, rate).empty());
+        detector.reset();
+        EXPECT_EQ(marksOf(detector, early, rate).size(), 1U);
     }
 }
 
@@ -300,6 +302,7 @@ TEST(TransientDetector, ignoresSilenceSwellsAndSteadyTones) {
 TEST(TransientDetector, startsOverOnReset) {
     const Stereo audio = drums(2, 0.3, 48000);
     auto detector = detectorAt(48000);
+    detector.reset();
     const auto first = marksOf(detector, audio, 48000);
     EXPECT_GT(first.size(), 3U);
     detector.reset();

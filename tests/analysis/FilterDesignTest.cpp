@@ -142,9 +142,9 @@ TEST(FilterDesign, hasTheMagnitudeOfItsClosedForm) {
                         for (double f = 37; f < 22050; f *= 1.11) {
                             const double expected = expectedPower(settings, f);
                             if (expected < 1e-15) continue; // 150 dB down: cancellation
-                            // Rounded coefficients move narrow resonances: 2e-8 dB at worst.
+                            // 6e-10 dB at worst, beside the zeros of stop bands.
                             ASSERT_NEAR(db(sections.magnitude(f, 44100)), 10 * std::log10(expected),
-                                        1e-6)
+                                        1e-8)
                                 << settings.text() << " at " << f;
                         }
                     }
@@ -176,7 +176,7 @@ TEST(FilterDesign, agreesWithScipy) {
         auto design = c.settings.design();
         const Sections sections(design);
         for (int i = 0; i < 5; ++i)
-            EXPECT_NEAR(db(sections.magnitude(kHz[i], 48000)), c.db[i], 1e-7)
+            EXPECT_NEAR(db(sections.magnitude(kHz[i], 48000)), c.db[i], 1e-10)
                 << c.settings.text() << " at " << kHz[i];
     }
 }
@@ -191,11 +191,9 @@ TEST(FilterDesign, isStableAtEveryRateAndLimit) {
                             static_cast<Kind>(kind), family, order, hz, -24, 0.5, rate};
                         auto design = settings.design();
                         const Sections sections(design);
-                        // Twelve pairs within 1e-5 of each other on the unit circle round to it.
-                        const bool hopeless = order > 8 && hz < rate * 1e-3;
                         for (const double b : sections.b0)
                             ASSERT_TRUE(std::isfinite(b)) << settings.text();
-                        ASSERT_TRUE(hopeless || sections.isStable()) << settings.text();
+                        ASSERT_TRUE(sections.isStable()) << settings.text();
                     }
 }
 

@@ -36,6 +36,8 @@ class CRealFFT {
 
     /// The levels of the same bins, of `size()` samples times `window`: 20 log10 of the magnitude
     /// plus `calibrationDb`, and at least `floorDb`. Samples below -260 dBFS count as 0.
+    /// Single precision: within 0.001 dB of exact arithmetic for bins down to 80 dB below the
+    /// highest in noise, down to 60 dB below a lone tone; 80 dB below one, up to 0.006 dB.
     void forwardToDb(const float* input,
                      const float* window,
                      float calibrationDb,

@@ -19,7 +19,7 @@ class CTransientDetector {
 
     /// Hz. The envelope starts over; followers and the distance to the last mark go on.
     void setSampleRate(float sampleRate);
-    /// Back to the start.
+    /// Silence behind, and the next onset is marked at once.
     void reset() noexcept;
 
     /// Scans a slice. `marks` gets 1.0 at each transient and 0 elsewhere. Gives the offset of the
