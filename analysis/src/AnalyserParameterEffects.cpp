@@ -112,7 +112,7 @@ void COrvelScope::setSpectrum(int sizeIndex, float updateSpeed) {
     if (sizeIndex == fftSizeIndex_ && updateSpeed == updateSpeed_.load()) return;
     fftSizeIndex_ = sizeIndex;
     updateSpeed_ = updateSpeed;
-    spectrum_.configure(sampleRate_, sizeIndex, updateSpeed);
+    dimensionSpectrum();
 }
 
 /// A new timing ends a freeze, so that the user sees what it does.

@@ -156,13 +156,23 @@ void COrvelScope::measure(const Slice& slice, const SlicePlan& plan) {
     else
         scope_.skip();
 
-    if ((stereoField || page == Vardo::AnalyserPage::spectrum) && !spectrumFrozen_)
-        spectrum_.feed(slice);
+    const bool spectra = stereoField || page == Vardo::AnalyserPage::spectrum;
+    const bool newSpectrum = spectra && !spectrumFrozen_ && spectrum_.feed(slice);
 
     if (stereoField && slice.count > 1) correlation_.feed(slice.left(), slice.right(), slice.count);
 
-    if (!display_.isWatched()) return;
+    if (display_.isWatched()) pushDisplay(slice, stereoField, newSpectrum);
+}
+
+void COrvelScope::pushDisplay(const Slice& slice, bool stereoField, bool newSpectrum) {
     display_.pushLevels(metering_, stereoField);
+    if (newSpectrum) {
+        const auto push = [this](DisplayRecord::SpectrumView view, int channel) {
+            display_.spectra[view].push(spectrum_.levelsDb(channel), spectrum_.fftSize());
+        };
+        push(stereoField ? DisplayRecord::kStereoMid : DisplayRecord::kSpectrumPage, Vardo::kMid);
+        if (stereoField) push(DisplayRecord::kStereoSide, Vardo::kSide);
+    }
     if (!stereoField) return;
     display_.goniometer.push(slice.left(), slice.right(), slice.count);
     display_.correlation = correlation_.correlation();
@@ -180,7 +190,13 @@ void COrvelScope::dimension() {
     metering_.setSampleRate(sampleRate_);
     scope_.setSampleRate(sampleRate_);
     correlation_.setSampleRate(sampleRate_);
+    dimensionSpectrum();
+}
+
+void COrvelScope::dimensionSpectrum() {
     spectrum_.configure(sampleRate_, fftSizeIndex_, updateSpeed_);
+    for (SpectrumHandover& view : display_.spectra)
+        view.prepare(spectrum_.fftSize());
 }
 
 // ---- main thread

@@ -112,8 +112,8 @@ def compare_levels(program, rng, short):
     rms = section.row("RMS; windows of 10, 300, 500, 1000 ms; plain and K modes", "the same, and "
                       "full-scale sines", "dB", 2e-6,
                       "read out as a 32-bit number: half a step is 0.5e-6 dB")
-    limits = section.row("RMS above the true one, or further below it than one unit a sample", "noise from -10 to -80 dB", "dB", 1e-5, "rounding of the "
-                         "true figure")
+    limits = section.row("RMS above the true one, or further below it than one unit a sample",
+                         "noise from -10 to -80 dB", "dB", 1e-5, "rounding of the true figure")
     dynamic = Section("Dynamic range", DYNAMIC_TEXT)
     dr = dynamic.row("Dynamic range", "noise, music, speech", "dB", 0.001, "followers in closed "
                      "form per slice against one step per sample; the figure shows 0.1 dB")

@@ -132,9 +132,7 @@ def ends_near(period, frames, short):
 
     last = int(frames / period) - 2
     cycle = period.denominator
-    telling = [last // cycle * cycle or last]
-    if not short:
-        telling += [last, last - 1, last // 2, last // 2 // cycle * cycle or 1]
+    telling = [last // cycle * cycle or last] + ([] if short else [last])
     return {end_after(m): m for m in telling}
 
 

@@ -66,6 +66,8 @@ TEST(AudioThread, allocatesNothing) {
             scope.setSampleRate(48000);
             scope.setBlockSize(512);
             scope.display().setWatched(true);
+            for (SpectrumHandover& spectrum : scope.display().spectra)
+                spectrum.setVisible(true);
             BareHost host(scope, 700);
             host.block();
             const std::size_t before = allocationsOfThisThread();
@@ -213,12 +215,22 @@ TEST(Threads, mayDoEverythingWhileAudioRuns) {
     });
     std::thread views([&] {
         float highest = 0;
+        SpectrumFrame frame;
+        std::vector<Sorel::ScopeColumn> columns(200);
+        auto points = std::make_unique<std::array<GoniometerPoint, GoniometerStream::kNumPoints>>();
+        for (SpectrumHandover& spectrum : scope.display().spectra)
+            spectrum.setVisible(true);
         while (!stop) {
             for (MeterDisplay& meter : scope.display().meters)
                 highest = std::max(highest, meter.hold.take());
             for (const auto& count : scope.display().histograms[0].counts)
                 highest = std::max(highest, static_cast<float>(count.load()));
             (void)scope.transport().position();
+            for (SpectrumHandover& spectrum : scope.display().spectra)
+                if (spectrum.take(frame)) spectrum.setConsumed();
+            scope.scopeTable().TryLock();
+            scope.scopeTable().GetLayerData(1, columns.data(), static_cast<int>(columns.size()));
+            scope.display().goniometer.read(*points);
         }
         EXPECT_GT(highest, 0);
     });

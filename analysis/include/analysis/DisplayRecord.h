@@ -2,6 +2,7 @@
 #pragma once
 
 #include "analysis/GoniometerStream.h"
+#include "analysis/SpectrumHandover.h"
 #include "core/RealTime.h"
 #include "core/Relaxed.h"
 #include "frame/AnalysisSnapshot.h"
@@ -64,6 +65,9 @@ class DisplayRecord {
 
     std::array<MeterDisplay, 4> meters; ///< Left, Right, Mid, Side
     std::array<HistogramDisplay, 4> histograms;
+    /// Of mid on the spectrum page, of mid and of side on the stereo-field page.
+    enum SpectrumView : std::size_t { kSpectrumPage = 0, kStereoMid = 1, kStereoSide = 2 };
+    std::array<SpectrumHandover, 3> spectra;
     GoniometerStream goniometer;
     Core::Relaxed<float> correlation{0.0F}; ///< -1 to 1
     /// Grows by one with every write: a view repaints when it moved.

@@ -125,9 +125,11 @@ class COrvelScope final : public Vardo::IPluginBase,
     void
     analyseSlice(const float* left, const float* right, const SlicePlan& plan) ORVEL_NONBLOCKING;
     void measure(const Slice& slice, const SlicePlan& plan) ORVEL_NONBLOCKING;
+    void pushDisplay(const Slice& slice, bool stereoField, bool newSpectrum) ORVEL_NONBLOCKING;
 
     // Under the lock.
     void dimension();
+    void dimensionSpectrum();
     void resetMeasures();
     void carryOutReset();
 
