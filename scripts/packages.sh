@@ -30,6 +30,8 @@ libclang-rt-14-dev the fuzzer's run-time library
 clang-format-14    checks the layout of the source
 alsa-utils         speech recordings to measure
 parsec47-data      a music recording to measure
+python3-numpy      computes every measure a second time, for comparison
+python3-scipy      transforms and filters for that comparison
 LIST
 }
 

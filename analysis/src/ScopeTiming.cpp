@@ -12,6 +12,8 @@ constexpr double kShortestMs = 1.0;
 constexpr double kLowestNoteHz = 13.75; // five octaves below 440 Hz
 constexpr int kLowestNote = 9;          // its number
 
+constexpr double kRounding = 1e-15; // a few last bits of the position in periods
+
 double notePeriodMs(double note) {
     return 1000.0 / (kLowestNoteHz * std::exp2((note - kLowestNote) / 12));
 }
@@ -48,7 +50,10 @@ std::int64_t ScopeTiming::distanceToBoundary(double periodMs,
     const double period = std::max(1.0, periodMs * samplesPerMs);
     const double shifted = std::max(
         0.0, std::trunc(samplesPerMs * double{phaseOffsetMs} + static_cast<double>(position)));
-    return static_cast<std::int64_t>(period - std::fmod(shifted, period));
+    // Of a period that has no exact double, whole multiples are off by some last bits: a boundary on a
+    // whole sample is that sample, not the one before.
+    const double rounding = kRounding * (shifted + period);
+    return static_cast<std::int64_t>(period - std::fmod(shifted, period) + rounding);
 }
 
 } // namespace Orvel

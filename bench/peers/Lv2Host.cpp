@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 namespace Peers {
 
@@ -185,8 +186,7 @@ void Lv2Host::routeInput(const std::string& symbol, int channel) {
 
 void Lv2Host::sendObject(const std::string& type, const std::string& id) {
     ObjectMessage message{};
-    message.sequence.atom = {sizeof(ObjectMessage) - sizeof(LV2_Atom),
-                             uris_.map(LV2_ATOM__Sequence)};
+    message.sequence.atom = {sizeof(ObjectMessage) - sizeof(LV2_Atom), sequence_};
     message.atom = {sizeof(LV2_Atom_Object_Body), uris_.map(LV2_ATOM__Object)};
     message.object = {id.empty() ? 0 : uris_.map(id), uris_.map(type)};
     message_.resize(sizeof message / sizeof(std::uint64_t));
@@ -201,11 +201,11 @@ void Lv2Host::clearAtoms() {
             std::copy(message_.begin(), message_.end(), port.atoms.begin());
             message_.clear();
         } else if (port.kind == Kind::atomIn) {
-            empty.atom = {sizeof(LV2_Atom_Sequence_Body), uris_.map(LV2_ATOM__Sequence)};
+            empty.atom = {sizeof(LV2_Atom_Sequence_Body), sequence_};
             std::memcpy(port.atoms.data(), &empty, sizeof empty);
         } else if (port.kind == Kind::atomOut) {
             const std::size_t room = port.atoms.size() * sizeof(std::uint64_t) - sizeof(LV2_Atom);
-            empty.atom = {static_cast<std::uint32_t>(room), uris_.map(LV2_ATOM__Chunk)};
+            empty.atom = {static_cast<std::uint32_t>(room), chunk_};
             std::memcpy(port.atoms.data(), &empty, sizeof empty);
         }
     }
@@ -224,7 +224,7 @@ void Lv2Host::run(const float* left, const float* right) {
         if (port.kind != Kind::atomOut) continue;
         LV2_Atom atom{};
         std::memcpy(&atom, port.atoms.data(), sizeof atom);
-        if (atom.type == uris_.map(LV2_ATOM__Sequence) && atom.size > sizeof(LV2_Atom_Sequence_Body))
+        if (atom.type == sequence_ && atom.size > sizeof(LV2_Atom_Sequence_Body))
             eventBytes_ += atom.size - sizeof(LV2_Atom_Sequence_Body);
     }
 }
@@ -256,8 +256,7 @@ void Lv2Host::deliverResponses() {
     if (worker_ == nullptr) return;
     for (const auto& each : responses_)
         if (worker_->work_response != nullptr)
-            worker_->work_response(
-                handle(), static_cast<std::uint32_t>(each.size()), each.data());
+            worker_->work_response(handle(), static_cast<std::uint32_t>(each.size()), each.data());
     responses_.clear();
     if (worker_->end_run != nullptr) worker_->end_run(handle());
 }

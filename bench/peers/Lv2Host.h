@@ -100,6 +100,8 @@ class Lv2Host {
     const LilvPlugin* plugin_;
     int blockLength_;
     UriTable uris_;
+    LV2_URID sequence_ = uris_.map(LV2_ATOM__Sequence);
+    LV2_URID chunk_ = uris_.map(LV2_ATOM__Chunk);
     std::vector<Port> ports_;
     std::vector<std::uint64_t> message_; // for the next block; empty: none
     std::size_t eventBytes_ = 0;

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include <cmath>
-
 namespace Vardo {
 
 namespace {
@@ -28,20 +26,10 @@ void formatNote(int note, char* text, std::size_t capacity) {
         .integer(octave + kLowestOctave);
 }
 
-void formatNoteTight(int note, char* text, std::size_t capacity) {
-    const int octave = floorDivide(note, 12);
-    const char* const name = kNames[note - octave * 12];
-    const char letters[] = {name[0], name[1] == '#' ? '#' : char{}, char{}};
-    Core::TextWriter(text, capacity).text(letters).integer(octave + kLowestOctave);
-}
-
-int nearestNote(double hz) {
-    return static_cast<int>(std::lround(12 * std::log2(hz / kConcertPitchHz))) + kConcertPitchNote;
-}
-
 int noteAt(double hz) {
     const double limited = hz >= 1.0 ? std::min(hz, 1e6) : 1.0;
-    return static_cast<int>(std::lround(69 + 12 * std::log2(limited / 440)));
+    return kConcertPitchNote +
+           static_cast<int>(std::lround(12 * std::log2(limited / kConcertPitchHz)));
 }
 
 void formatNoteAt(double hz, char* text, std::size_t capacity) {

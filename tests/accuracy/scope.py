@@ -167,9 +167,9 @@ def compare_sync(program, rng, short):
 
 TABLE_TEXT = """
 Each column of the scope holds the lowest and the highest sample that fell into it. Compared where a
-column is a whole number of samples and blocks are a whole number of columns. Elsewhere a column
-ends with the slice of the analysis in which it became due, so that edges between columns may lie up
-to half a column, and never more than a millisecond, beside their nominal place; no sample is lost.
+column is a whole number of samples and blocks are a whole number of columns. Columns longer than
+a slice of the analysis (a millisecond) begin half a column before their nominal place, at the end of
+the slice that reaches it, except the first, which begins at the sync point; no sample is lost.
 """
 SYNC_TEXT = """
 The samples of these recordings tell their own number (left counts from 0 to 4095, right counts how

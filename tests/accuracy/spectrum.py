@@ -49,8 +49,9 @@ class Comparison:
         ):
             upper = section.row("Level of each bin within 70 dB of the highest", text, "dB", 0.001,
                                 "an error of 1e-4 of the bin's amplitude, invisible anywhere")
-            lower = kind != "noise" and section.row("Of each bin 70 to 80 dB below", text, "dB", 0.003, "rounding of a "
-                                "single-precision transform, the worst of many bins")
+            lower = kind != "noise" and section.row(
+                "Of each bin 70 to 80 dB below", text, "dB", 0.003,
+                "rounding of a single-precision transform, the worst of many bins")
             self.rows[kind] = (upper, lower)
         self.frames = section.row("Frames made, size of the transform", "all of these", "", 0,
                                   "counted")

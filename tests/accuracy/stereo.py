@@ -37,10 +37,10 @@ def compare_correlation(program, rng, short):
     section = Section("Correlation", TEXT)
     because = "window sums in single precision"
     fixed = section.row("Correlation after seconds of the same", "mono, antiphase, one side silent, "
-                        "noise of known correlation, sines 60 degrees apart", "", 1e-4, because)
+                        "noise of known correlation, sines 60 degrees apart", "", 2e-5, because)
     steps = section.row("On its way there, after 50 to 400 ms", "mono and antiphase", "", 1e-4,
                         because)
-    real = section.row("Correlation at the end", "music, speech", "", 1e-4, because)
+    real = section.row("Correlation at the end", "music, speech", "", 2e-5, because)
     theory = section.row("Against theory, after 5 s", "mono +1, antiphase -1, silent side 0, sines "
                          "60 degrees apart 0.5", "", 0.001, "windows hold no whole number of "
                          "periods")

@@ -246,7 +246,7 @@ TEST(SpectrumAnalyser, isWithinAThousandthOfADecibelOfDoublePrecision) {
             const auto bothErrors = [&](const std::vector<float>& mid,
                                         const std::vector<float>& side, double range) {
                 analyser.clear();
-                feed(analyser, mid, side);
+                feed(analyser, mid, side, seed == 1 ? 1 : 97);
                 return std::max(worstError(analyser, Vardo::kMid, mid, range),
                                 worstError(analyser, Vardo::kSide, side, range));
             };

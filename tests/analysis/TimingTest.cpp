@@ -97,10 +97,34 @@ TEST(ScopeTiming, everyBoundaryIsMetToTheSampleForHours) {
             const auto distance = timing.distanceToBoundary(periodMs, kRate, position);
             // The last whole sample at or before the boundary that lies ahead.
             const double next = (std::floor(static_cast<double>(position) / period) + 1) * period;
-            ASSERT_NEAR(static_cast<double>(position + distance), std::floor(next), 0.51);
+            ASSERT_NEAR(static_cast<double>(position + distance), std::floor(next * (1 + 1e-15)), 0.51);
             ASSERT_GE(distance, 0);
             position += std::max<std::int64_t>(1, distance);
         }
+    }
+}
+
+TEST(ScopeTiming, aBoundaryOnAWholeSampleIsThatSample) {
+    // Periods that no double holds exactly, at boundaries that fall on whole samples.
+    struct Case {
+        ScopeSyncMode mode;
+        double tempo;
+        float value;
+        double rate;
+        std::int64_t boundary;
+    };
+    constexpr Case kCases[] = {{ScopeSyncMode::beatTime, 66, 3, 44100, 26019000},
+                               {ScopeSyncMode::frequency, 120, 17, 44100, 26415900},
+                               {ScopeSyncMode::time, 120, 19, 44100, 26452503}};
+    for (const Case& each : kCases) {
+        ScopeTiming timing;
+        timing.syncMode = static_cast<int>(each.mode);
+        timing.multiplier = 1;
+        timing.frequencyHz = each.value;
+        timing.timeMs = each.value;
+        const double period = timing.period(each.tempo).milliseconds;
+        EXPECT_EQ(timing.distanceToBoundary(period, each.rate, each.boundary - 10), 10);
+        EXPECT_EQ(timing.distanceToBoundary(period, each.rate, each.boundary - 1), 1);
     }
 }
 

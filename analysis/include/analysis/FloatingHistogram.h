@@ -34,7 +34,7 @@ class CFloatingHistogram {
   private:
     // Slot 0 takes the samples that belong to no bin, so that the loop needs no branch.
     static constexpr std::size_t kNumSlots = HistogramScale::kNumBins + 1;
-    static std::size_t slotOf(int bin) { return static_cast<std::size_t>(bin + 1); }
+    static std::size_t slotOf(int bin) { return static_cast<std::size_t>(bin) + 1; }
     void redimension();
 
     float sampleRate_ = 44100.0F;

@@ -29,7 +29,7 @@ class CString : public IString {
         return *this;
     }
     CString& operator=(const CString& other) {
-        assign(other.c_str());
+        if (this != &other) assign(other.c_str());
         return *this;
     }
     CString(const CString&) = delete;
@@ -65,7 +65,7 @@ class CStringBufferd : public CString {
         assign(other.c_str());
     }
     CStringBufferd& operator=(const CStringBufferd& other) {
-        assign(other.c_str());
+        if (this != &other) assign(other.c_str());
         return *this;
     }
     using CString::operator=;

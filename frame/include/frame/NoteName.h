@@ -8,13 +8,6 @@ namespace Vardo {
 /// Writes the name padded to two characters and the octave: "C 3", "C#3", "A -1".
 void formatNote(int note, char* text, std::size_t capacity);
 
-/// The same without padding: "C3", "A-1".
-void formatNoteTight(int note, char* text, std::size_t capacity);
-
-/// The semitone nearest to a frequency above 0 Hz, in equal temperament with the A of octave 3 at
-/// 440 Hz.
-int nearestNote(double hz);
-
 /// The note nearest to a frequency in Hz, where A3 is 440 Hz: 69 for 440, 60 for 261.626. Limited
 /// to the notes of 1 Hz to 1 MHz; what is no frequency counts as the lowest.
 int noteAt(double hz);

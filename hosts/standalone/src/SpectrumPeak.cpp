@@ -20,7 +20,7 @@ std::optional<SpectrumPeak> highestOf(const Vardo::SpectrumSnapshot& spectrum) {
         spectrum.midDb.begin() + static_cast<std::ptrdiff_t>(first), spectrum.midDb.end());
     const double hz = static_cast<double>(highest - spectrum.midDb.begin()) * spectrum.binHz;
     char note[16];
-    Vardo::formatNoteTight(Vardo::nearestNote(hz), note, sizeof note);
+    Vardo::formatNoteAt(hz, note, sizeof note);
     return SpectrumPeak{*highest, hz, note};
 }
 
