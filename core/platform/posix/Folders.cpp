@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 namespace {
 // Variables that are empty or hold a relative path count as unset.
 fs::path absolutePathIn(const char* variable) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody changes the environment of a running host
     const char* text = std::getenv(variable);
     return text != nullptr && text[0] == '/' ? fs::path(text) : fs::path();
 }
@@ -63,6 +64,7 @@ fs::path desktopFolder() { return userFolder("DESKTOP"); }
 fs::path documentsFolder() { return userFolder("DOCUMENTS"); }
 
 std::vector<fs::path> machineConfigFolders() {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody changes the environment of a running host
     const char* variable = std::getenv("XDG_CONFIG_DIRS");
     std::string_view rest = variable == nullptr ? "" : variable;
     if (rest.empty()) rest = "/etc/xdg";
