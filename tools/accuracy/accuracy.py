@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Compares every measure of the analyser with an independent computation, and makes the page of it.
 
-    tests/accuracy/accuracy.py --program build/bin/orvelscope --write docs/ACCURACY.md
-    tests/accuracy/accuracy.py --program build/bin/orvelscope --short
+    tools/accuracy/accuracy.py --program build/bin/orvelscope --write docs/ACCURACY.md
+    tools/accuracy/accuracy.py --program build/bin/orvelscope --short
 
 Ends with 1 when a limit is exceeded. Needs python3-numpy and python3-scipy.
 """
@@ -61,7 +61,7 @@ def main():
             print(f"     {name}: {time.monotonic() - begin:.1f} s, seed {SEED}", flush=True)
             sections += found
     if options.write:
-        command = "tests/accuracy/accuracy.py --program build/bin/orvelscope --write docs/ACCURACY.md"
+        command = "tools/accuracy/accuracy.py --program build/bin/orvelscope --write docs/ACCURACY.md"
         with open(options.write, "w", encoding="utf-8") as file:
             file.write(markdown(sections, command, program.runs))
     failed = [row for section in sections for row in section.rows if not row.passed()]

@@ -35,7 +35,7 @@ def correlation(left, right, rate):
 
 def compare_correlation(program, rng, short):
     section = Section("Correlation", TEXT)
-    because = "window sums in single precision"
+    because = "the needle is a 32-bit number that takes many small steps"
     fixed = section.row("Correlation after seconds of the same", "mono, antiphase, one side silent, "
                         "noise of known correlation, sines 60 degrees apart", "", 2e-5, because)
     steps = section.row("On its way there, after 50 to 400 ms", "mono and antiphase", "", 1e-4,
