@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building and testing need, and says which and why. Silent when
-# nothing is missing. Usage: scripts/packages.sh run|test
+# Installs the Debian packages that building, testing and comparing need, and says which and why. Silent when
+# nothing is missing. Usage: scripts/packages.sh run|test|peers
 set -euo pipefail
 
 # One line per package: name, then the reason.
@@ -35,11 +35,23 @@ python3-scipy      transforms and filters for that comparison
 LIST
 }
 
+packages_peers() {
+    packages_run
+    cat <<'LIST'
+lsp-plugins-lv2    spectrum analyser and oscilloscope to compare with
+x42-plugins        meters, spectra, goniometer and scope to compare with
+liblilv-dev        finds and loads LV2 plug-ins
+lv2-dev            the LV2 interface
+libbenchmark-dev   the other benchmarks, which are configured with it
+LIST
+}
+
 case "${1:-}" in
 run) list=$(packages_run) ;;
 test) list=$(packages_test) ;;
+peers) list=$(packages_peers) ;;
 *)
-    echo "usage: scripts/packages.sh run|test" >&2
+    echo "usage: scripts/packages.sh run|test|peers" >&2
     exit 2
     ;;
 esac
