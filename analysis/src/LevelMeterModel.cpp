@@ -6,9 +6,14 @@
 namespace Orvel {
 
 namespace {
-double decibels(double level) {
-    return std::max(double{LevelMeterModel::kLowestDb}, 20 * std::log10(level));
+
+const double kLowestLevel = std::pow(10.0, double{LevelMeterModel::kLowestDb} / 20);
+
+/// Distance of two levels in dB, each at least -96 dBFS.
+double distanceDb(double a, double b) {
+    return std::abs(20 * std::log10(std::max(a, kLowestLevel) / std::max(b, kLowestLevel)));
 }
+
 } // namespace
 
 LevelMeterModel::LevelMeterModel() {
@@ -36,7 +41,7 @@ void LevelMeterModel::update(float peak, float rms, int samples) noexcept {
     rms_.advance(double{rms}, samples);
 
     if (hold_.value() > 0 && rms_.value() > 0 && samples > 0) {
-        const double crest = std::abs(decibels(hold_.value()) - decibels(rms_.value()));
+        const double crest = distanceDb(hold_.value(), rms_.value());
         dynamicRangeDb_ = static_cast<float>(dynamicRange_.advance(crest, samples));
     } else {
         dynamicRangeDb_ = kNoDynamicRangeDb;

@@ -18,11 +18,11 @@ double poleOf(float timeMs, float sampleRate) {
 } // namespace
 
 double PeakFollower::Pole::toThe(int samples) noexcept {
-    if (samples != exponent) {
-        exponent = samples;
-        power = std::pow(factor, samples);
-    }
-    return power;
+    for (const Power& power : known)
+        if (power.exponent == samples) return power.value;
+    latest = 1 - latest;
+    known[latest] = {samples, std::pow(factor, samples)};
+    return known[latest].value;
 }
 
 void PeakFollower::setSampleRate(float sampleRate) {

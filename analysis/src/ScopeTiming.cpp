@@ -50,8 +50,8 @@ std::int64_t ScopeTiming::distanceToBoundary(double periodMs,
     const double period = std::max(1.0, periodMs * samplesPerMs);
     const double shifted = std::max(
         0.0, std::trunc(samplesPerMs * double{phaseOffsetMs} + static_cast<double>(position)));
-    // Of a period that has no exact double, whole multiples are off by some last bits: a boundary on a
-    // whole sample is that sample, not the one before.
+    // Of a period that has no exact double, whole multiples are off by some last bits: a boundary
+    // on a whole sample is that sample, not the one before.
     const double rounding = kRounding * (shifted + period);
     return static_cast<std::int64_t>(period - std::fmod(shifted, period) + rounding);
 }

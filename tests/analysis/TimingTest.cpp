@@ -97,7 +97,8 @@ TEST(ScopeTiming, everyBoundaryIsMetToTheSampleForHours) {
             const auto distance = timing.distanceToBoundary(periodMs, kRate, position);
             // The last whole sample at or before the boundary that lies ahead.
             const double next = (std::floor(static_cast<double>(position) / period) + 1) * period;
-            ASSERT_NEAR(static_cast<double>(position + distance), std::floor(next * (1 + 1e-15)), 0.51);
+            ASSERT_NEAR(static_cast<double>(position + distance), std::floor(next * (1 + 1e-15)),
+                        0.51);
             ASSERT_GE(distance, 0);
             position += std::max<std::int64_t>(1, distance);
         }

@@ -16,9 +16,6 @@ TEST(Strings, CutToTheCapacityAndAlwaysEnded) {
     text.assign("abcdefgh");
     EXPECT_STREQ(text.c_str(), "abcd");
     EXPECT_EQ(buffer[5], '#') << "wrote behind its capacity";
-    text.assign("");
-    EXPECT_STREQ(text.c_str(), "");
-    text.assign("xy");
     text.assign(nullptr);
     EXPECT_STREQ(text.c_str(), "");
     EXPECT_EQ(text.compare(nullptr), 0);
@@ -30,13 +27,6 @@ TEST(Strings, CutToTheCapacityAndAlwaysEnded) {
                  std::string(31, 'x').c_str());
 }
 
-TEST(Strings, ComparesOnlyWhatFits) {
-    CStringBufferd<4> text("abcdef");
-    EXPECT_EQ(text.compare("abcxyz"), 0);
-    EXPECT_LT(text.compare("abd"), 0);
-    EXPECT_GT(text.compare("ab"), 0);
-}
-
 TEST(Strings, CopiesOwnTheirText) {
     CStringBufferd<32> first("first");
     CStringBufferd<32> copy(first);
@@ -46,10 +36,6 @@ TEST(Strings, CopiesOwnTheirText) {
     first.assign("changed");
     EXPECT_STREQ(copy.c_str(), "first");
     EXPECT_STREQ(small.c_str(), "first");
-
-    CString& base = copy;
-    base = CStringBufferd<32>("through the base");
-    EXPECT_STREQ(copy.c_str(), "through the base");
 }
 
 TEST(Strings, AssignsFromItself) {
@@ -57,8 +43,5 @@ TEST(Strings, AssignsFromItself) {
     text.assign(text.c_str());
     EXPECT_STREQ(text.c_str(), "0123456789");
     text.assign(text.c_str() + 4);
-    EXPECT_STREQ(text.c_str(), "456789");
-    CStringBufferd<32>& same = text;
-    text = same;
     EXPECT_STREQ(text.c_str(), "456789");
 }

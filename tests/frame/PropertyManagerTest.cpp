@@ -99,26 +99,6 @@ struct HandMade {
 };
 } // namespace
 
-TEST_F(Properties, FindsParametersInTheOrderOfAdding) {
-    EXPECT_EQ(manager.getNumParameters(), 3);
-    IPluginParameter* second = manager.getParameter(1);
-    EXPECT_STREQ(second->getKeyText(), "B");
-    EXPECT_EQ(manager.getOrCreateParameter("B"), second);
-    EXPECT_EQ(manager.getNumParameters(), 3);
-    EXPECT_EQ(manager.getParameterByKey("b"), nullptr);
-    EXPECT_EQ(manager.getParameter(-1), nullptr);
-    EXPECT_EQ(manager.getParameter(3), nullptr);
-    EXPECT_EQ(manager.addParameter(nullptr), nullptr);
-
-    auto own = std::make_unique<Vardo::ParameterProperty>();
-    own->setKey("own");
-    IPluginParameter* added = manager.addParameter(std::move(own));
-    EXPECT_EQ(manager.getParameter(3), added);
-    EXPECT_EQ(manager.getOrCreateParameter("own"), added);
-    EXPECT_EQ(manager.getParameterById(12345), nullptr);
-    EXPECT_EQ(manager.getParameterById(-1), manager.getParameter(0)) << "all still without an id";
-}
-
 TEST_F(Properties, SuspendedListenersHearOnceAtTheEnd) {
     Counter counter;
     for (int i = 0; i < 3; ++i)
@@ -131,13 +111,6 @@ TEST_F(Properties, SuspendedListenersHearOnceAtTheEnd) {
     EXPECT_EQ(counter.calls.size(), 3U);
     for (const auto& [parameter, calls] : counter.calls)
         EXPECT_EQ(calls, 1);
-    manager.getParameter(0)->setValue(7);
-    EXPECT_EQ(counter.calls[manager.getParameter(0)], 2);
-    manager.getParameter(1)->setDefault(-3);
-    manager.resetAll();
-    EXPECT_EQ(values(manager), (Floats{0, -3, 0}));
-    for (int i = 0; i < 3; ++i)
-        manager.getParameter(i)->removeListener(&counter);
 }
 
 TEST_F(Properties, BlobHasTheStatedBytes) {
@@ -150,18 +123,6 @@ TEST_F(Properties, BlobHasTheStatedBytes) {
         Core::writeF32(&bytes[48 + 64 * i + 60], 100);
     }
     EXPECT_EQ(blobOf(manager), bytes);
-
-    manager.setCompressed(true);
-    const Bytes packed = blobOf(manager);
-    EXPECT_EQ(Core::readU32(&packed[28]), 1U);
-    EXPECT_EQ(Core::readU32(&packed[32]), packed.size() - 48);
-    EXPECT_EQ(Core::readU32(&packed[36]), 192U);
-    Bytes body(192);
-    uLongf size = body.size();
-    ASSERT_EQ(uncompress(reinterpret_cast<Bytef*>(body.data()), &size,
-                         reinterpret_cast<const Bytef*>(&packed[48]), packed.size() - 48),
-              Z_OK);
-    EXPECT_TRUE(std::equal(body.begin(), body.end(), bytes.begin() + 48));
 }
 
 TEST_F(Properties, BlobsComeBackExactly) {
@@ -173,16 +134,14 @@ TEST_F(Properties, BlobsComeBackExactly) {
         manager.getParameter(2)->setValue(1e-38F);
         EXPECT_EQ(loaded(blobOf(manager), true), (Floats{odd, -100, 1e-38F}));
     }
-    CPropertyManager empty;
-    EXPECT_TRUE(load(empty, blobOf(empty)));
-}
-
-TEST_F(Properties, BlobStaysUntilTheNextOne) {
-    void* first = nullptr;
-    const int size = manager.makeBlob(&first);
+    void* own = nullptr;
+    const int size = manager.makeBlob(&own);
+    const Floats before = values(manager);
     setAll(manager, 9);
-    EXPECT_TRUE(manager.loadBlob(first, size)) << "its own memory";
-    EXPECT_EQ(values(manager), (Floats{1, 2, 3}));
+    EXPECT_TRUE(manager.loadBlob(own, size)) << "its own memory";
+    EXPECT_EQ(values(manager), before);
+    manager.setBlobName("Other");
+    EXPECT_FALSE(manager.loadBlob(own, size)) << "another's blob";
 }
 
 TEST_F(Properties, OtherVersionsLoadAsFarAsKeysAgree) {
@@ -200,8 +159,6 @@ TEST_F(Properties, OtherVersionsLoadAsFarAsKeysAgree) {
         << "limits are the parameter's, not the record's";
     blob.recordSize = 80;
     EXPECT_EQ(loaded(blob.bytes(), true), (Floats{100, 50, 30})) << "larger records";
-    blob.records = {{"A", 1}, {"B", 5}, {"A", 2}};
-    EXPECT_EQ(loaded(blob.bytes(), true), (Floats{2, 5, 50})) << "the last of one key";
 }
 
 TEST_F(Properties, ValuesThatAreNoNumbersAreSkipped) {
@@ -210,15 +167,6 @@ TEST_F(Properties, ValuesThatAreNoNumbersAreSkipped) {
     EXPECT_EQ(loaded(blob.bytes(), true), (Floats{50, 50, 4}));
     blob.records = {{"A", 1}, {std::string(52, 'B'), 2}};
     EXPECT_EQ(loaded(blob.bytes(), true), (Floats{1, 50, 50})) << "a key without an end";
-}
-
-TEST_F(Properties, LongKeysAreCutAlike) {
-    const std::string key(60, 'k');
-    manager.getOrCreateParameter(key)->setValue(0.25F);
-    const Bytes blob = blobOf(manager);
-    setAll(manager, 50);
-    EXPECT_TRUE(load(manager, blob));
-    EXPECT_EQ(manager.getOrCreateParameter(key)->getValue(), 0.25F);
 }
 
 TEST_F(Properties, BytesInFrontAreSkipped) {
@@ -232,42 +180,20 @@ TEST_F(Properties, BytesInFrontAreSkipped) {
     EXPECT_EQ(loaded(data, true), (Floats{1, 2, 3}));
 }
 
-TEST_F(Properties, NamesAreCutAndTold) {
-    const std::string longName(30, 'n');
-    manager.setBlobName(longName.c_str());
-    const Bytes blob = blobOf(manager);
-    EXPECT_EQ(Core::readU32(&blob[20]), 48U) << "the name ends where the header goes on";
-    EXPECT_EQ(loaded(blob, true), (Floats{1, 2, 3}));
-    manager.setBlobName("Other");
-    EXPECT_EQ(loaded(blob, false), (Floats{50, 50, 50}));
-    manager.setBlobName(nullptr);
-    EXPECT_EQ(loaded(blob, true), (Floats{1, 2, 3})) << "without a name any blob will do";
-}
-
 TEST_F(Properties, HostileHeadersChangeNothing) {
     HandMade blob;
     blob.records = {{"A", 1}, {"B", 2}, {"C", 3}};
     const Bytes good = blob.bytes();
-    struct Case {
-        std::size_t at;
-        std::uint32_t value;
-    };
-    for (const Case& each :
-         {Case{20, 47},                                      // header size
-          Case{20, 0xFFFFFFF0},                              // header size past the end
-          Case{20, 49},                                      // body would end behind the data
-          Case{24, 0x1001},                                  // version
-          Case{28, 1},                                       // says it is compressed
-          Case{32, 193},                                     // body longer than the data
-          Case{32, 0xFFFFFFFF}, Case{32, 191},               // body shorter than its records
-          Case{36, 191}, Case{36, 0xFFFFFFFF}, Case{40, 63}, // record too small for its fields
-          Case{40, 0}, Case{40, 65},                         // records past the end
-          Case{40, 0xFFFFFFFF}, Case{44, 4},                 // count past the end
-          Case{44, 0xFFFFFFFF}, Case{44, 0x04000000}}) {     // count x 64 wraps
+    // The header's fields: its size, version, packed, packed size, size, record size, count.
+    const std::vector<std::pair<std::size_t, std::uint32_t>> cases = {
+        {20, 47},  {20, 49},  {20, 0xFFFFFFF0}, {24, 0x1001}, {28, 1},         {32, 191},
+        {32, 193}, {32, ~0U}, {36, 191},        {36, ~0U},    {40, 0},         {40, 63},
+        {40, 65},  {40, ~0U}, {44, 4},          {44, ~0U},    {44, 0x04000000}};
+    for (const auto& [at, value] : cases) {
         Bytes bad = good;
-        Core::writeU32(&bad[each.at], each.value);
+        Core::writeU32(&bad[at], value);
         EXPECT_EQ(loaded(bad, false), (Floats{50, 50, 50}))
-            << "offset " << each.at << ", value " << each.value;
+            << "offset " << at << ", value " << value;
     }
     EXPECT_FALSE(manager.loadBlob(nullptr, 100));
     EXPECT_FALSE(manager.loadBlob(good.data(), -1));

@@ -18,31 +18,21 @@ TEST(StateChunk, OnlyThePageChanges) {
     Core::CDataStore store;
     ASSERT_TRUE(store.setBlob(Vardo::StateKeys::kParameters, "parameters", 10));
     ASSERT_TRUE(store.setBlob(Vardo::StateKeys::kActivePage, "\0\0\0\0", 4));
-    ASSERT_TRUE(store.setBlob(Vardo::StateKeys::kProjectorFrequency, "1234", 4));
     void* chunk = nullptr;
     int size = 0;
     store.serialise(&chunk, &size);
 
-    const auto changed = Vardo::withActivePage(chunk, size, 2);
+    auto changed = Vardo::withActivePage(chunk, size, 2);
     ASSERT_EQ(changed.size(), static_cast<std::size_t>(size));
     ASSERT_TRUE(store.parse(changed.data(), size));
-    EXPECT_EQ(store.getNumItems(), 3);
     EXPECT_EQ(pageIn(store), 2);
     EXPECT_NE(store.find("", Vardo::StateKeys::kParameters, 10), nullptr);
 
-    const auto back = Vardo::withActivePage(changed.data(), size, 0);
-    const auto* original = static_cast<const std::byte*>(chunk);
-    EXPECT_EQ(back, std::vector<std::byte>(original, original + size));
-}
-
-TEST(StateChunk, AddsThePageWhereThereIsNone) {
-    Core::CDataStore store;
-    void* chunk = nullptr;
-    int size = 0;
+    store.clear();
     store.serialise(&chunk, &size);
-    const auto changed = Vardo::withActivePage(chunk, size, 3);
+    changed = Vardo::withActivePage(chunk, size, 3);
     ASSERT_TRUE(store.parse(changed.data(), static_cast<int>(changed.size())));
-    EXPECT_EQ(pageIn(store), 3);
+    EXPECT_EQ(pageIn(store), 3) << "added where there was none";
 }
 
 TEST(StateChunk, ForeignBytesGiveNothing) {

@@ -29,14 +29,18 @@ class PeakFollower {
     double value() const { return value_; }
 
   private:
-    /// The factor by which the distance to the input shrinks per sample, with its last power:
-    /// slices mostly have the same length.
+    /// The factor by which the distance to the input shrinks per sample, with its last two powers:
+    /// slices have the usual length, or what a block leaves over.
     struct Pole {
+        struct Power {
+            int exponent = 0;
+            double value = 1;
+        };
         double factor = 0;
-        int exponent = 0;
-        double power = 1;
+        Power known[2];
+        int latest = 0;
 
-        void set(double newFactor) noexcept { *this = {newFactor, 0, 1}; }
+        void set(double newFactor) noexcept { *this = Pole{newFactor, {}, 0}; }
         double toThe(int samples) noexcept;
     };
     void update();

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <numeric>
 #include <vector>
 
 namespace Standalone {
@@ -30,20 +31,14 @@ std::vector<int> blocksOf(const BlockPlan& plan, std::int64_t frames, int gulp) 
     }
 }
 
-std::int64_t sumOf(const std::vector<int>& blocks) {
-    std::int64_t sum = 0;
-    for (const int block : blocks)
-        sum += block;
-    return sum;
-}
-
 TEST(BlockPlan, EveryFrameIsInExactlyOneBlockOfAtLeastTen) {
     for (const int declared : {1, 9, 10, 11, 15, 19, 20, 21, 64, 441, 512})
         for (std::int64_t frames = 10; frames < 3 * 512 + 30; ++frames)
             for (const int gulp : {1, 100000}) {
                 const BlockPlan plan(declared);
                 const std::vector<int> blocks = blocksOf(plan, frames, gulp);
-                ASSERT_EQ(sumOf(blocks), frames) << "block " << declared;
+                ASSERT_EQ(std::accumulate(blocks.begin(), blocks.end(), std::int64_t{0}), frames)
+                    << "block " << declared;
                 ASSERT_GE(*std::min_element(blocks.begin(), blocks.end()), 10)
                     << "block " << declared << ", frames " << frames;
                 ASSERT_LE(*std::max_element(blocks.begin(), blocks.end()), plan.largestBlock())
@@ -61,13 +56,10 @@ TEST(BlockPlan, OnlyTheEndDiffersFromThePlannedSize) {
     // No room for two blocks of ten: one that is slightly larger.
     EXPECT_EQ(blocksOf(BlockPlan(10), 35, 7), (Blocks{10, 10, 15}));
     EXPECT_EQ(blocksOf(BlockPlan(1), 19, 7), (Blocks{19}));
-    EXPECT_EQ(blocksOf(BlockPlan(1048576), 2097153, 4096), (Blocks{1048576, 524289, 524288}));
-}
-
-TEST(BlockPlan, OnlyAStreamTooShortAsAWholeIsFilledUp) {
-    for (int frames = 1; frames < 10; ++frames)
-        EXPECT_EQ(blocksOf(BlockPlan(512), frames, 7), std::vector<int>{10});
+    // Only a stream too short as a whole is filled up.
+    EXPECT_EQ(blocksOf(BlockPlan(512), 9, 7), (Blocks{10}));
     EXPECT_TRUE(blocksOf(BlockPlan(512), 0, 7).empty());
+    EXPECT_EQ(blocksOf(BlockPlan(1048576), 2097153, 4096), (Blocks{1048576, 524289, 524288}));
 }
 
 } // namespace

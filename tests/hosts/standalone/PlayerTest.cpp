@@ -107,17 +107,6 @@ TEST(Player, DeclaresTheRestAsASmallerLastBlock) {
     EXPECT_EQ(plugin.calls, (std::vector<int>{512, 259, 258}));
 }
 
-TEST(Player, FillsUpOnlyWhatIsTooShortAsAWhole) {
-    RecordingPlugin plugin;
-    Ramp ramp(3);
-    EXPECT_EQ(Player(plugin, ramp, 512, 90).play({}), 3);
-    EXPECT_EQ(plugin.heard, (std::vector<float>{1, 2, 3, 0, 0, 0, 0, 0, 0, 0}));
-    RecordingPlugin none;
-    Ramp empty(0);
-    EXPECT_EQ(Player(none, empty, 512, 90).play({}), 0);
-    EXPECT_TRUE(none.heard.empty());
-}
-
 TEST(Player, NoticesASingleChangedBit) {
     RecordingPlugin plugin;
     plugin.spoilAt = 50000;

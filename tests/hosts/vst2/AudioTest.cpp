@@ -30,16 +30,6 @@ class Audio : public AdapterFixture {
     Effect effect{create()};
 };
 
-TEST_F(Audio, StereoGoesThroughThePlugin) {
-    const auto out = effect.run({{2, 4, 6}, {8, 10, 12}}, 2);
-    EXPECT_EQ(out[0], (Samples{1, 2, 3}));
-    EXPECT_EQ(out[1], (Samples{4, 5, 6}));
-    EXPECT_EQ(plugin().block.inputPairs, 1);
-    EXPECT_EQ(plugin().block.outputPairs, 1);
-    EXPECT_EQ(plugin().block.frames, 3);
-    EXPECT_FALSE(plugin().block.hasSidechain);
-}
-
 TEST_F(Audio, InPlaceCrossedAndAccumulating) {
     Samples a{2, 4};
     Samples b{6, 8};
