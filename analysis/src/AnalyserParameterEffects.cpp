@@ -12,7 +12,6 @@ constexpr int kLastSyncMode = 5;
 constexpr int kLastBeatIndex = 8;
 constexpr int kLongestMultiplier = 16;
 constexpr int kLastFFTSize = 3;
-constexpr int kLastAnalyzeMode = 1;
 
 bool isOn(double value) { return value > 0.5; }
 } // namespace
@@ -59,9 +58,6 @@ void COrvelScope::setParameter(Vardo::IPluginParameter* parameter, double value,
     case kScopeFreeze:
         scopeFrozen_ = isOn(value);
         break;
-    case kScopeTransientDetection:
-        showTransients_ = isOn(value);
-        break;
     case kScopeDeEsserMale:
         showMaleEss_ = isOn(value);
         if (isOn(value)) setSwitchOff(kScopeDeEsserFemale);
@@ -84,9 +80,6 @@ void COrvelScope::setParameter(Vardo::IPluginParameter* parameter, double value,
     case kSpectrumProjectorFrequency:
         projectorHz_ = static_cast<float>(projectorHz(value, double{sampleRate_}));
         break;
-    case kSpectrumAnalyzeMode:
-        analyzeMode_ = indexValue(value, kLastAnalyzeMode);
-        break;
     default:
         break; // the views read the others
     }
@@ -108,10 +101,17 @@ void COrvelScope::setRmsLength(float milliseconds) {
 }
 
 void COrvelScope::setSpectrum(int sizeIndex, float updateSpeed) {
-    const IdleAnalysis idle(lock_);
     if (sizeIndex == fftSizeIndex_ && updateSpeed == updateSpeed_.load()) return;
+    // Another size is made ready outside the lock, so that an exchange never waits for that.
+    std::unique_ptr<SpectrumAnalyser> other;
+    if (sizeIndex != fftSizeIndex_) {
+        other = std::make_unique<SpectrumAnalyser>();
+        other->configure(sampleRate_, sizeIndex, updateSpeed);
+    }
+    const IdleAnalysis idle(lock_);
     fftSizeIndex_ = sizeIndex;
     updateSpeed_ = updateSpeed;
+    if (other != nullptr) std::swap(spectrum_, other);
     dimensionSpectrum();
 }
 

@@ -157,7 +157,7 @@ void COrvelScope::measure(const Slice& slice, const SlicePlan& plan) {
         scope_.skip();
 
     const bool spectra = stereoField || page == Vardo::AnalyserPage::spectrum;
-    const bool newSpectrum = spectra && !spectrumFrozen_ && spectrum_.feed(slice);
+    const bool newSpectrum = spectra && !spectrumFrozen_ && spectrum_->feed(slice);
 
     if (stereoField && slice.count > 1) correlation_.feed(slice.left(), slice.right(), slice.count);
 
@@ -168,7 +168,7 @@ void COrvelScope::pushDisplay(const Slice& slice, bool stereoField, bool newSpec
     display_.pushLevels(metering_, stereoField);
     if (newSpectrum) {
         const auto push = [this](DisplayRecord::SpectrumView view, int channel) {
-            display_.spectra[view].push(spectrum_.levelsDb(channel), spectrum_.fftSize());
+            display_.spectra[view].push(spectrum_->levelsDb(channel), spectrum_->fftSize());
         };
         push(stereoField ? DisplayRecord::kStereoMid : DisplayRecord::kSpectrumPage, Vardo::kMid);
         if (stereoField) push(DisplayRecord::kStereoSide, Vardo::kSide);
@@ -182,7 +182,7 @@ void COrvelScope::resetMeasures() {
     metering_.reset();
     scope_.reset();
     correlation_.reset();
-    spectrum_.clear();
+    spectrum_->clear();
 }
 
 /// Sizes and times of all members for the sample rate of the moment.
@@ -194,9 +194,9 @@ void COrvelScope::dimension() {
 }
 
 void COrvelScope::dimensionSpectrum() {
-    spectrum_.configure(sampleRate_, fftSizeIndex_, updateSpeed_);
+    spectrum_->configure(sampleRate_, fftSizeIndex_, updateSpeed_);
     for (SpectrumHandover& view : display_.spectra)
-        view.prepare(spectrum_.fftSize());
+        view.prepare(spectrum_->fftSize());
 }
 
 // ---- main thread
@@ -260,12 +260,12 @@ void COrvelScope::readAnalysis(Vardo::AnalysisSnapshot& snapshot) {
 void COrvelScope::readSpectrum(Vardo::SpectrumSnapshot& snapshot) {
     const IdleAnalysis idle(lock_);
     carryOutReset();
-    const std::ptrdiff_t bins = spectrum_.fftSize() / 2 + 1;
-    const float* const mid = spectrum_.levelsDb(Vardo::kMid);
-    const float* const side = spectrum_.levelsDb(Vardo::kSide);
-    snapshot.fftSize = spectrum_.fftSize();
-    snapshot.binHz = double{sampleRate_} / spectrum_.fftSize();
-    snapshot.frames = spectrum_.frames();
+    const std::ptrdiff_t bins = spectrum_->fftSize() / 2 + 1;
+    const float* const mid = spectrum_->levelsDb(Vardo::kMid);
+    const float* const side = spectrum_->levelsDb(Vardo::kSide);
+    snapshot.fftSize = spectrum_->fftSize();
+    snapshot.binHz = double{sampleRate_} / spectrum_->fftSize();
+    snapshot.frames = spectrum_->frames();
     snapshot.midDb.assign(mid, mid + bins);
     snapshot.sideDb.assign(side, side + bins);
 }

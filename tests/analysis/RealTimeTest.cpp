@@ -268,6 +268,7 @@ TEST(Threads, mayDoEverythingWhileAudioRuns) {
         default:
             scope.setActivePage(static_cast<int>(generator() % 4));
             scope.parameter(kGlobalMeteringMode).setValue(static_cast<float>(generator() % 5));
+            scope.parameter(kSpectrumFFTSize).setValue(static_cast<float>(generator() % 4));
             scope.setBypass(generator() % 2 == 0);
             scope.onIdle();
         }

@@ -167,13 +167,11 @@ class COrvelScope final : public Vardo::IPluginBase,
     Core::Relaxed<int> meteringMode_{0};
     ScopeTiming timing_;
     Core::Relaxed<bool> scopeFrozen_{false};
-    Core::Relaxed<bool> showTransients_{false};
     Core::Relaxed<bool> showMaleEss_{false};
     Core::Relaxed<bool> showFemaleEss_{false};
     Core::Relaxed<int> fftSizeIndex_{3};
     Core::Relaxed<float> updateSpeed_{16.0F};
     Core::Relaxed<bool> spectrumFrozen_{false};
-    Core::Relaxed<int> analyzeMode_{0};
     Core::Relaxed<float> projectorHz_{kLowestProjectorHz};
 
     // The analysis; under the lock.
@@ -182,7 +180,7 @@ class COrvelScope final : public Vardo::IPluginBase,
     LevelMetering metering_;
     float rmsLengthMs_ = 0;
     ScopeFeed scope_;
-    SpectrumAnalyser spectrum_;
+    std::unique_ptr<SpectrumAnalyser> spectrum_ = std::make_unique<SpectrumAnalyser>();
     CorrelationBlock correlation_;
     std::int64_t slices_ = 0;
     std::int64_t samplesAnalysed_ = 0;

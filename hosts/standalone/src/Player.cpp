@@ -1,7 +1,6 @@
 // Plays an audio source through a plug-in.
 #include "Player.h"
 
-#include "frame/AnalysisSnapshot.h"
 #include "frame/PluginBase.h"
 #include "frame/ProcessContext.h"
 
@@ -70,11 +69,6 @@ void Player::pad(int samples) {
 
 void Player::declareBlock(int samples) {
     if (samples == declared_) return;
-    // A new block size discards what is under way: let the analysis catch up first.
-    if (Vardo::IAnalysisReadout* analysis = plugin_.getAnalysis(); analysis && declared_ != 0) {
-        Vardo::AnalysisSnapshot ignored;
-        analysis->readAnalysis(ignored);
-    }
     plugin_.setBlockSize(samples);
     declared_ = samples;
 }
