@@ -1,0 +1,130 @@
+// Second differences in, coverage out.
+#include "ColumnRaster.h"
+
+#include <emmintrin.h>
+
+namespace Sorel {
+
+void ColumnRaster::begin(const PixelBox& area) {
+    area_ = area;
+    const auto strips = static_cast<std::size_t>((area.width() + kStripWidth - 1) / kStripWidth);
+    // Sweeping leaves zeros behind, so memory that was used before is clean.
+    const std::size_t needed =
+        strips * static_cast<std::size_t>(area.height() + kSpareRows) * kStripWidth;
+    if (sums_.size() < needed) sums_.resize(needed);
+    strips_.assign(strips, Strip{area.height(), 0});
+}
+
+void ColumnRaster::edge(CPoint from, CPoint to) {
+    double sign = 1.0;
+    if (from.x > to.x) {
+        std::swap(from, to);
+        sign = -1.0;
+    }
+    double x0 = from.x - area_.left;
+    double y0 = from.y - area_.top;
+    const double x1 = std::min(to.x - area_.left, double(area_.width()));
+    const double y1 = to.y - area_.top;
+    const double width = to.x - from.x;
+    if (!(x1 > 0.0) || !(x1 > x0)) return; // beside the area, or upright: covers nothing below it
+    const double slope = (to.y - from.y) / width;
+    const double xEnd = to.x - area_.left;
+    if (x0 < 0.0) {
+        y0 -= slope * x0;
+        x0 = 0.0;
+    }
+    for (int column = static_cast<int>(x0); x0 < x1; ++column) {
+        const double xNext = std::min(column + 1.0, x1);
+        // From the nearer end, so that no error adds up over long edges.
+        const double yNext = xNext == xEnd ? y1 : y1 - slope * (xEnd - xNext);
+        piece(column, y0, yNext, sign * (xNext - x0));
+        x0 = xNext;
+        y0 = yNext;
+    }
+}
+
+float* ColumnRaster::column(int x, int top, int bottom) {
+    const auto strip = static_cast<std::size_t>(x / kStripWidth);
+    Strip& rows = strips_[strip];
+    rows.top = std::min(rows.top, top);
+    rows.bottom = std::max(rows.bottom, bottom);
+    return &sums_[strip * static_cast<std::size_t>(area_.height() + kSpareRows) * kStripWidth +
+                  static_cast<std::size_t>(x % kStripWidth)];
+}
+
+/// An edge inside one row: covers part of that row's pixel and all of those below.
+void ColumnRaster::withinRow(float* sums, int row, double y0, double y1, double width) {
+    const double above = (y0 + y1) * 0.5 - row; // mean height of the uncovered part
+    sums += row * kStripWidth;
+    sums[0] += static_cast<float>(width * (1.0 - above));
+    sums[kStripWidth] += static_cast<float>(width * (2.0 * above - 1.0));
+    sums[2 * kStripWidth] -= static_cast<float>(width * above);
+}
+
+/// factor * r(t - y)^2, see the header.
+void ColumnRaster::rampEnd(float* sums, double y, double factor) {
+    const int row = static_cast<int>(y);
+    const double f = y - row;
+    sums += row * kStripWidth;
+    sums[0] += static_cast<float>(factor * (1.0 - f) * (1.0 - f));
+    sums[kStripWidth] += static_cast<float>(factor * (1.0 + 2.0 * f * (1.0 - f)));
+    sums[2 * kStripWidth] += static_cast<float>(factor * f * f);
+}
+
+void ColumnRaster::piece(int x, double y0, double y1, double width) {
+    const double height = area_.height();
+    if (y0 > y1) std::swap(y0, y1);
+    if (y0 >= height) { // adds nothing, but what began above it reaches down to here
+        column(x, area_.height(), area_.height());
+        return;
+    }
+    if (y1 <= 0.0) {
+        withinRow(column(x, 0, 3), 0, 0.0, 0.0, width);
+        return;
+    }
+    if (y0 < 0.0) { // what lies above the area covers as if it lay along its top
+        const double part = width * -y0 / (y1 - y0);
+        withinRow(column(x, 0, 3), 0, 0.0, 0.0, part);
+        width -= part;
+        y0 = 0.0;
+    }
+    const double end = std::min(y1, height);
+    float* const sums = column(x, static_cast<int>(y0), static_cast<int>(end) + 3);
+    if (y1 - y0 >= 1.0) {
+        const double factor = width / (2.0 * (y1 - y0));
+        rampEnd(sums, y0, factor);
+        if (y1 < height) rampEnd(sums, y1, -factor);
+        return;
+    }
+    // Nearly level: dividing by its height would lose precision.
+    const int row = static_cast<int>(y0);
+    if (y1 <= row + 1.0) {
+        withinRow(sums, row, y0, y1, width);
+        return;
+    }
+    const double upper = width * (row + 1.0 - y0) / (y1 - y0);
+    withinRow(sums, row, y0, row + 1.0, upper);
+    if (row + 1 < area_.height()) withinRow(sums, row + 1, row + 1.0, y1, width - upper);
+}
+
+bool ColumnRaster::coverRow(
+    float* sums, float* slope, float* value, float alpha, std::uint8_t* coverage) {
+    const __m128 noSign = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
+    const __m128 scale = _mm_set1_ps(alpha);
+    __m128i levels[4];
+    for (int i = 0; i < 4; ++i) {
+        const __m128 s = _mm_add_ps(_mm_load_ps(slope + 4 * i), _mm_loadu_ps(sums + 4 * i));
+        const __m128 v = _mm_add_ps(_mm_load_ps(value + 4 * i), s);
+        _mm_store_ps(slope + 4 * i, s);
+        _mm_store_ps(value + 4 * i, v);
+        _mm_storeu_ps(sums + 4 * i, _mm_setzero_ps());
+        const __m128 cut = _mm_min_ps(_mm_and_ps(v, noSign), _mm_set1_ps(1.0f));
+        levels[i] = _mm_cvtps_epi32(_mm_mul_ps(cut, scale));
+    }
+    const __m128i bytes = _mm_packus_epi16(_mm_packs_epi32(levels[0], levels[1]),
+                                           _mm_packs_epi32(levels[2], levels[3]));
+    _mm_store_si128(reinterpret_cast<__m128i*>(coverage), bytes);
+    return _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_setzero_si128())) != 0xffff;
+}
+
+} // namespace Sorel

@@ -1,0 +1,149 @@
+// Waveforms and curves: bands and lines of one point a column.
+#include "RendererState.h"
+
+namespace Sorel {
+
+namespace {
+
+/// Paints what `columns` holds with one colour.
+void paintSolid(ColumnRaster& columns, const Surface& surface, CColor color) {
+    const float alpha = color.alpha;
+    const CColor opaque = color.withAlpha(255);
+    columns.sweep([alpha](int) { return alpha; },
+                  [&](int x, int y, int count, const std::uint8_t* coverage) {
+                      surface.span(x, y, count, opaque, coverage);
+                  });
+}
+
+/// The same with a gradient that changes from row to row alone.
+void paintRows(ColumnRaster& columns, const Surface& surface, std::span<const CColor> rows) {
+    const auto colorOf = [&, top = surface.box().top](int y) {
+        return rows[static_cast<std::size_t>(y - top)];
+    };
+    columns.sweep([&](int y) { return static_cast<float>(colorOf(y).alpha); },
+                  [&](int x, int y, int count, const std::uint8_t* coverage) {
+                      surface.span(x, y, count, colorOf(y).withAlpha(255), coverage);
+                  });
+}
+
+/// The same with any gradient.
+void paintTable(ColumnRaster& columns, const Surface& surface, const GradientTable& gradient) {
+    std::array<Pixels::Pixel, ColumnRaster::kLongestSpan> colors;
+    columns.sweep([](int) { return 255.0f; },
+                  [&](int x, int y, int count, const std::uint8_t* coverage) {
+                      gradient.row(x, y, count, colors.data());
+                      surface.span(x, y, count, colors.data(),
+                                   static_cast<const std::uint8_t*>(coverage));
+                  });
+}
+
+/// Calls `run(first, count)` for each run of columns without a gap.
+template <class IsPoint, class Run>
+void forRuns(std::size_t count, IsPoint isPoint, Run run) {
+    for (std::size_t first = 0; first < count;) {
+        std::size_t end = first;
+        while (end < count && isPoint(end))
+            ++end;
+        if (end - first > 1) run(first, end - first);
+        first = end + 1;
+    }
+}
+
+void addOutline(ColumnRaster& columns, std::span<const CPoint> points) {
+    for (std::size_t i = 1; i < points.size(); ++i)
+        columns.edge(points[i - 1], points[i]);
+    columns.edge(points.back(), points.front());
+}
+
+void addStroke(ColumnRaster& columns,
+               ShapeRaster& shapes,
+               std::span<const CPoint> points,
+               bool closed,
+               double width) {
+    CPoint start;
+    CPoint last;
+    bool any = false;
+    shapes.strokeOutline(points, closed, width, Corners::kRound,
+                         [&](double x, double y, bool starts) {
+                             const CPoint p{x, y};
+                             if (starts) {
+                                 if (any) columns.edge(last, start);
+                                 start = p;
+                             } else {
+                                 columns.edge(last, p);
+                             }
+                             last = p;
+                             any = true;
+                         });
+    if (any) columns.edge(last, start);
+}
+
+} // namespace
+
+void CRenderer::State::paintColumns(const CLinearGradient& gradient) {
+    const GradientAxis axis(gradient);
+    if (!axis.isVertical()) {
+        paintTable(columns, surface, GradientTable(gradient));
+        return;
+    }
+    rowTints.clear();
+    for (int y = surface.box().top; y < surface.box().bottom; ++y)
+        rowTints.push_back(gradient.at(axis.at(0.0, y + 0.5)));
+    paintRows(columns, surface, rowTints);
+}
+
+void CRenderer::columnBand(const CColumnBand& band,
+                           const CLinearGradient& gradient,
+                           CColor outline,
+                           double outlineWidth) {
+    State& s = *state_;
+    const std::size_t count = std::min(band.upper.size(), band.lower.size());
+    if (s.cannotDraw() || !std::isfinite(band.left) || !(std::abs(band.columnWidth) > 0.0)) return;
+
+    const auto isPoint = [&](std::size_t c) {
+        return std::isfinite(band.upper[c]) && std::isfinite(band.lower[c]);
+    };
+    const auto point = [&](std::size_t c, float y) {
+        return CPoint{band.left + static_cast<double>(c) * band.columnWidth, double{y}};
+    };
+    const auto contour = [&](std::size_t first, std::size_t length) -> std::span<const CPoint> {
+        s.points.clear();
+        for (std::size_t c = first; c < first + length; ++c)
+            s.points.push_back(point(c, band.upper[c]));
+        for (std::size_t c = first + length; c-- > first;)
+            s.points.push_back(point(c, band.lower[c]));
+        return s.points;
+    };
+
+    s.columns.begin(s.surface.box());
+    forRuns(count, isPoint, [&](std::size_t first, std::size_t length) {
+        addOutline(s.columns, contour(first, length));
+    });
+    s.paintColumns(faded(gradient, s.masterAlpha));
+
+    if (!(outlineWidth > 0.0) || outline.alpha == 0) return;
+    s.columns.begin(s.surface.box());
+    forRuns(count, isPoint, [&](std::size_t first, std::size_t length) {
+        addStroke(s.columns, s.shapes, contour(first, length), true, outlineWidth);
+    });
+    paintSolid(s.columns, s.surface, s.ink(outline).color);
+}
+
+void CRenderer::columnLine(
+    double left, double columnWidth, std::span<const float> y, CColor color, double width) {
+    State& s = *state_;
+    if (s.cannotDraw() || !std::isfinite(left) || !(std::abs(columnWidth) > 0.0) || !(width > 0.0))
+        return;
+    s.columns.begin(s.surface.box());
+    forRuns(
+        y.size(), [&](std::size_t c) { return std::isfinite(y[c]); },
+        [&](std::size_t first, std::size_t length) {
+            s.points.clear();
+            for (std::size_t c = first; c < first + length; ++c)
+                s.points.push_back({left + static_cast<double>(c) * columnWidth, double{y[c]}});
+            addStroke(s.columns, s.shapes, s.points, false, width);
+        });
+    paintSolid(s.columns, s.surface, s.ink(color).color);
+}
+
+} // namespace Sorel
