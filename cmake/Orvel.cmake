@@ -45,14 +45,21 @@ function(orvel_room name)
                                 PRIVATE orvel_options ${ROOM_PRIVATE_LINKS})
 endfunction()
 
-# orvel_test(NAME SOURCES ... LINKS ... [LABELS ...])
+# All tests about threads: what the thread sanitizer must build.
+add_custom_target(threaded_tests)
+
+# orvel_test(NAME SOURCES ... LINKS ... [LABELS ...] [THREADED])
 # A GoogleTest program; every case is known to CTest by itself. Its settings and folders are
-# private to the run (see tests/support/TestMain.cpp).
+# private to the run (see tests/support/TestMain.cpp). THREADED: some of its cases are about threads.
+# The label `tsan` has the thread sanitizer run all of them; without it, those whose name says so.
 function(orvel_test name)
-  cmake_parse_arguments(TEST "" "" "SOURCES;LINKS;LABELS" ${ARGN})
+  cmake_parse_arguments(TEST "THREADED" "" "SOURCES;LINKS;LABELS" ${ARGN})
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE orvel_options orvel_test_main ${TEST_LINKS})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests/bin")
+  if(TEST_THREADED)
+    add_dependencies(threaded_tests ${name})
+  endif()
   gtest_discover_tests(${name}
     DISCOVERY_MODE PRE_TEST
     TEST_PREFIX "${name}."

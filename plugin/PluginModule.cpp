@@ -1,9 +1,25 @@
 // What this module contains, and how it is made.
 #include "frame/PluginModule.h"
 #include "analysis/OrvelScope.h"
+#include "platform/X11.h"
+#include "views/OrvelScopeEditor.h"
+
+#include <string>
 
 namespace {
 constexpr std::uint32_t kUniqueId = Vardo::fourCharacterCode("Qrnt");
+constexpr const char* kVersion = "1.0.4";
+
+Orvel::EditorFactory editorFactory(Vardo::VardoCallback* callback) {
+    return [callback](Orvel::COrvelScope& analyser) {
+        Orvel::EditorSurroundings surroundings;
+        surroundings.callback = callback;
+        surroundings.desktop = []() -> Sorel::IPlatform& { return Sorel::x11Platform(); };
+        surroundings.versionText =
+            std::string("Version ") + kVersion + (sizeof(void*) == 8 ? ", 64 bit" : ", 32 bit");
+        return std::make_unique<Orvel::COrvelScopeEditor>(analyser, std::move(surroundings));
+    };
+}
 } // namespace
 
 void getPluginDescriptions(Vardo::PluginDescriptionList& list) {
@@ -15,7 +31,7 @@ void getPluginDescriptions(Vardo::PluginDescriptionList& list) {
     analyser.inputPairs = 1;
     analyser.outputPairs = 1;
     analyser.programs = 1;
-    analyser.versionText = "1.0.4";
+    analyser.versionText = kVersion;
     analyser.category = Vardo::kCategoryEffect;
     analyser.hasSidechain = false;
     analyser.versionNumber = 0x10004;
@@ -25,5 +41,5 @@ void getPluginDescriptions(Vardo::PluginDescriptionList& list) {
 
 Vardo::IPluginBase* createPlugin(Vardo::VardoCallback* callback, int id) {
     if (static_cast<std::uint32_t>(id) != kUniqueId) return nullptr;
-    return new Orvel::COrvelScope(callback);
+    return new Orvel::COrvelScope(callback, editorFactory(callback));
 }

@@ -15,6 +15,18 @@ libfftw3-dev       the Fourier transforms of the spectra
 libsndfile1-dev    reads WAV, FLAC, OGG and MP3
 nlohmann-json3-dev writes results as JSON
 libcli11-dev       reads the command line
+libagg-dev         fills and strokes the shapes of the window
+libfreetype-dev    the letters of the window
+libpng-dev         pictures: the window's own, and those it is asked to write
+libxcb1-dev        windows on X11
+libxcb-shm0-dev    pixels to the display through shared memory
+libxcb-xkb-dev     keys and their modifiers
+libxcb-randr0-dev  where its monitors end
+libxcb-shape0-dev  round corners of menus where no compositor blends them
+libxcb-cursor-dev  the desktop's own mouse cursors
+libxkbcommon-dev   what a key means on the user's keyboard
+libxkbcommon-x11-dev  the same, asked of the display
+libdbus-1-dev      the desktop's file dialogs
 LIST
 }
 
@@ -28,6 +40,11 @@ binutils           looks into the plug-in binary
 clang              builds the fuzz targets
 libclang-rt-14-dev the fuzzer's run-time library
 clang-format-14    checks the layout of the source
+xvfb               a display to test windows on
+xdotool            a user of that display
+libxcb-res0-dev    counts what the tests leave on the display
+libxcb-xtest0-dev  presses keys and buttons there
+dbus-daemon        a desktop portal to try file dialogs with
 alsa-utils         speech recordings to measure
 parsec47-data      a music recording to measure
 python3-numpy      computes every measure a second time, for comparison

@@ -219,6 +219,7 @@ void COrvelScope::setBlockSize(int samples) {
     const Core::Threads::GateHold audioThreadStaysOut(captureGate_);
     const IdleAnalysis idle(lock_);
     capture_.resize(length);
+    blockSize_ = std::max(samples, 0);
 }
 
 void COrvelScope::setBypass(bool bypassed) {

@@ -99,6 +99,8 @@ class COrvelScope final : public Vardo::IPluginBase,
     /// Clears the over counters with the next slice.
     void resetOvers() { metering_.requestOversReset(); }
     float sampleRate() const { return sampleRate_; }
+    /// Samples of the host's largest block; 0 before it said so.
+    int blockSize() const { return blockSize_; }
     const TransportClock& transport() const { return clock_; }
     ScopeTiming& scopeTiming() { return timing_; }
     /// The scope's table, for its one reader.
@@ -152,6 +154,7 @@ class COrvelScope final : public Vardo::IPluginBase,
 
     // Parameters and state.
     Core::Relaxed<float> sampleRate_{44100.0F}; // Hz
+    Core::Relaxed<int> blockSize_{0};           // samples
     Vardo::CPropertyManager properties_;
     ParameterTable parameters_{};
     Core::CDataStore store_;

@@ -11,6 +11,9 @@ struct KeyEvent {
     std::uint8_t modifiers = 0;
 };
 
+class IEditorHost;
+class IEditorPicture;
+
 /// Threads: the host's GUI thread. The object lives as long as its plug-in; only the window
 /// opens and closes.
 class IPluginEditor {
@@ -35,6 +38,14 @@ class IPluginEditor {
     virtual bool onKeyUp(const KeyEvent& key) = 0;
     /// One step of animation and repainting; the idle list calls it while the editor is open.
     virtual void idle() = 0;
+
+    // ---- For programs of our own; see EditorHost.h ---------------------------------------------
+    /// Null parents make a window of its own, whose events `host` hears. Not owned; null for none.
+    virtual void setHost(IEditorHost* /*host*/) {}
+    /// Null where the editor can only paint into windows.
+    virtual IEditorPicture* picture() { return nullptr; }
+    /// Readable when events wait, for hosts that can watch a file descriptor; -1 for none.
+    virtual int eventDescriptor() { return -1; }
 };
 
 } // namespace Vardo

@@ -1,6 +1,7 @@
 // Construction and what the host asks on its main thread.
 #include "VardoVST.h"
 
+#include "VardoVSTEditor.h"
 #include "core/Strings.h"
 #include "frame/PluginModule.h"
 #include "frame/PluginParameter.h"
@@ -57,6 +58,8 @@ VardoVST::VardoVST(vst2::HostCallback host)
     parameters_.build(*plugin_);
     setNumParams(parameters_.size());
     setNumPrograms(std::max(record_.programs, 0));
+    if (IPluginEditor* editor = plugin_->getEditor())
+        setEditor(std::make_unique<CVardoVST2_Editor>(editor));
     plugin_->setSampleRate(static_cast<double>(getSampleRate()));
     setBlockSize(getBlockSize());
 }

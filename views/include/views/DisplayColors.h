@@ -1,0 +1,40 @@
+// The colours of everything that shows a measurement.
+#pragma once
+
+#include "draw/Geometry.h"
+
+namespace Sorel {
+
+/// One set for the program. Gold (`main`) is a value or the live edge of a measurement, lavender
+/// lines are scales, red is over full scale, out of phase, or an over.
+struct DisplayColors {
+    CColor main{250, 200, 60, 225};
+    CColor dim{125, 100, 30, 225};
+    CColor white{255, 255, 255, 255};
+    CColor text1{161, 163, 193, 200};
+    CColor text2{161, 163, 193, 200};
+    CColor line1{161, 163, 193, 130};
+    CColor grid{161, 163, 193, 120};
+    CColor gridDim{161, 163, 193, 60};
+    CColor faint{161, 163, 193, 20};
+    CColor hot{237, 28, 36, 185};
+    CColor good{181, 230, 29, 185};
+    CColor warn{255, 164, 27, 185};
+    CColor good2{181, 230, 29, 185};
+    CColor warn2{255, 164, 27, 185};
+    CColor bad{237, 28, 36, 185};
+    CColor frame{161, 163, 193, 200};
+    /// The wells that displays lie in.
+    CColor panel{34, 37, 59, 255};
+    /// Names of presets and of things switched on, titles.
+    CColor bright{236, 236, 244, 235};
+    /// Inside edge of wells, lines that part lanes.
+    CColor darkLine{12, 13, 22, 150};
+    /// Behind read-outs over a picture.
+    CColor shade{0, 0, 0, 165};
+};
+
+/// The set that all views use.
+const DisplayColors& displayColors();
+
+} // namespace Sorel

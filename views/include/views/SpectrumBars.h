@@ -1,0 +1,35 @@
+// A spectrum as bars with peaks.
+#pragma once
+
+#include "analysis/SpectrumModel.h"
+#include "views/SpectrumAxes.h"
+
+#include <vector>
+
+namespace Sorel {
+
+/// Bars on whole pixels, one pixel apart. Where a scale makes bands narrower than a pixel, the
+/// loudest of those that share one is shown. Threads: GUI thread.
+class SpectrumBars {
+  public:
+    /// Takes the levels of the moment; true when the picture changes by it.
+    bool update(const Orvel::SpectrumModel& model, const CRect& room);
+    void drawBars(CDrawContext& context, const SpectrumAxes& axes);
+    void drawPeaks(CDrawContext& context, const CRect& room) const;
+
+  private:
+    /// Pixels of the parent.
+    struct Bar {
+        double left = 0.0;
+        double right = 0.0;
+        double top = 0.0;
+        double peak = 0.0;
+        friend bool operator==(const Bar&, const Bar&) = default;
+    };
+
+    std::vector<Bar> bars_; // as drawn
+    std::vector<Bar> next_;
+    CPath corner_; // of the outermost bars, while drawing
+};
+
+} // namespace Sorel

@@ -1,0 +1,10 @@
+#include "views/DisplayColors.h"
+
+namespace Sorel {
+
+const DisplayColors& displayColors() {
+    static const DisplayColors colors;
+    return colors;
+}
+
+} // namespace Sorel

@@ -1,0 +1,163 @@
+// How the spectrum view paints: the three pictures, and the read-outs over them.
+#include "analysis/OrvelScope.h"
+#include "views/NoteName.h"
+#include "views/Spectrum.h"
+
+#include <cmath>
+
+namespace Sorel {
+
+namespace {
+
+constexpr double kTextInset = 8.0; // "Highest" ends before the right edge
+constexpr double kTextBaseline = 14.0;
+constexpr CPoint kLabelPlace{34.0, 14.0};
+constexpr double kProjectorFoot = 12.0;
+constexpr CPoint kProjectorText{4.0, 28.0};
+constexpr double kProjectorTextWidth = 50.0;
+
+constexpr double kHoverWidth = 80.0;
+constexpr double kHoverHeight = 34.0;
+constexpr double kHoverDistance = 15.0; // from the pointer
+constexpr double kHoverBaselines[] = {11.0, 21.0, 31.0};
+
+} // namespace
+
+void CSpectrum::draw(CDrawContext& context) {
+    if (waterfallMode_)
+        drawWaterfall(context);
+    else
+        drawFlat(context);
+    IDisplayControl::draw(context);
+    if (analyser() != nullptr) analyser()->display().spectra[view_].setConsumed();
+}
+
+void CSpectrum::drawFlat(CDrawContext& context) {
+    axes_.drawLines(context);
+    if (lineMode_)
+        curve_.drawFill(context, axes_);
+    else
+        bars_.drawBars(context, axes_);
+    axes_.drawLeftShade(context);
+    // The live edge last: a steady tone's peaks lie exactly under it.
+    const CRect& room = getViewSize();
+    if (drawPeak_ && lineMode_) curve_.drawPeaks(context, room);
+    if (drawPeak_ && !lineMode_) bars_.drawPeaks(context, room);
+    if (lineMode_) curve_.drawLevels(context, room);
+    axes_.drawNumbers(context);
+    drawHighest(context);
+    drawProjector(context);
+}
+
+void CSpectrum::drawWaterfall(CDrawContext& context) {
+    const CRect& room = getViewSize();
+    if (analyser() != nullptr)
+        rotate_ = std::clamp(double{plain(Orvel::kSpectrumRotate)}, 0.0, 1.0);
+    const WaterfallProjection projection(room, rotate_);
+    stage_.place(projection, rotate_, room.width());
+    stage_.drawBehind(context, axes_.grid().lines());
+    if (context.surface() != nullptr) {
+        if (rows_ == nullptr) rows_ = std::make_unique<SpectrumWaterfallPainter>();
+        rows_->paint(*context.surface(), context.clipRect(), model_.waterfall(), room.height(),
+                     WaterfallProjection(room.moved(context.offset()), rotate_));
+    }
+    drawNewestRow(context, projection);
+    stage_.drawInFront(context, axes_.grid().lines());
+}
+
+void CSpectrum::drawNewestRow(CDrawContext& context, const WaterfallProjection& projection) {
+    const Orvel::SpectrumWaterfall::Row& row = model_.waterfall().row(0);
+    newest_.clear();
+    for (std::size_t k = 0; k <= row.size(); ++k) {
+        const double height = double{row[std::min(k, row.size() - 1)]};
+        newest_.push_back(projection.at(static_cast<double>(k) / static_cast<double>(row.size()),
+                                        0.0, height / getViewSize().height()));
+    }
+    context.setFrameColor(colors().main.withAlpha(255));
+    context.setLineWidth(1.0);
+    context.drawPolyline(newest_);
+}
+
+void CSpectrum::drawHighest(CDrawContext& context) const {
+    const CRect& room = getViewSize();
+    context.setFont(kDefaultFont, 10.0, kRegularFont);
+    context.setFontColor(colors().text2);
+    context.drawStringAt(highestText_.c_str(), {room.right - kTextInset, room.top + kTextBaseline},
+                         HorizontalAlign::kRight);
+}
+
+void CSpectrum::drawProjector(CDrawContext& context) const {
+    if (projectorHz_ <= double{Orvel::kLowestShownHz}) return;
+    const CRect& room = getViewSize();
+    const double x =
+        std::min(axes_.frequencyLine(model_.scale().positionOf(projectorHz_)), room.right - 0.5);
+    context.setFrameColor(colors().main);
+    context.setLineWidth(1.0);
+    context.drawLine(x, room.top, x, room.bottom - kProjectorFoot);
+    const bool fits = x + kProjectorText.x + kProjectorTextWidth <= room.right;
+    context.setFont(kDefaultFont, 9.0, kRegularFont);
+    context.setFontColor(colors().main);
+    context.drawStringAt(numberText(projectorHz_, 1) + "Hz",
+                         {std::floor(x) + (fits ? kProjectorText.x : -kProjectorText.x),
+                          room.top + kProjectorText.y},
+                         fits ? HorizontalAlign::kLeft : HorizontalAlign::kRight);
+}
+
+void CSpectrum::DrawLabel(CDrawContext& context) {
+    context.setFont(kDefaultFont, 11.0, kBoldFont);
+    context.setFontColor(colors().bright);
+    context.drawStringAt(label(), getViewSize().topLeft() + kLabelPlace);
+}
+
+/// Of the column or the bar under the cross, so that what is read is what is seen.
+void CSpectrum::readLevels(double hz, double x, float& peakDb, float& levelDb) const {
+    if (lineMode_) {
+        const int column = static_cast<int>(x);
+        peakDb = curve_.peakAt(column);
+        levelDb = curve_.levelAt(column);
+        return;
+    }
+    for (const Orvel::SpectrumBand& band : model_.bands().shown())
+        if (hz >= double{band.lowHz} && hz <= double{band.highHz}) {
+            peakDb = band.peak;
+            levelDb = band.value;
+        }
+}
+
+void CSpectrum::DrawCursor(CDrawContext& context, CPoint position) {
+    const CRect& room = getViewSize();
+    const CPoint at{std::floor(position.x) + 0.5, std::floor(position.y) + 0.5};
+    context.setLineWidth(0.5);
+    context.setFrameColor(colors().main);
+    context.drawLine(at.x, room.top, at.x, room.bottom);
+    context.drawLine(room.left, at.y, room.right, at.y);
+
+    const double x = position.x - room.left;
+    const double hz = model_.scale().limited(model_.scale().frequencyAt(x));
+    float peak = Orvel::kLowestShownDb;
+    float level = Orvel::kLowestShownDb;
+    readLevels(hz, x, peak, level);
+    const std::string lines[] = {numberText(hz, 1) + "Hz (" + noteName(hz) + ")",
+                                 "Peak: " + numberText(double{peak}, 1) + "dB",
+                                 "Mag: " + numberText(double{level}, 1) + "dB"};
+    context.setFont(kDefaultFont, 10.0, kRegularFont);
+
+    // Beside the pointer; on its other side where there is no room.
+    const double width =
+        std::max(kHoverWidth, std::ceil(context.getStringWidth(lines[0]) * 0.5 + 4.0) * 2.0);
+    const double pointer = std::floor(position.x);
+    const bool fits = pointer + kHoverDistance + width <= room.right;
+    const double left = fits ? pointer + kHoverDistance : pointer - kHoverDistance - width;
+    const double top = std::clamp(std::floor(position.y) - kHoverHeight * 0.5, room.top,
+                                  room.bottom - kHoverHeight);
+    const CRect box = CRect::ofSize(left, top, width, kHoverHeight);
+    context.setFillColor(colors().shade);
+    context.drawRoundRect(box, 2.0F, kFilled);
+    context.drawRoundRect(box.inset(0.5, 0.5), 2.0F, kStroked);
+    context.setFontColor(colors().main);
+    for (std::size_t i = 0; i < std::size(lines); ++i)
+        context.drawStringAt(lines[i], {box.centre().x, box.top + kHoverBaselines[i]},
+                             HorizontalAlign::kCentre);
+}
+
+} // namespace Sorel
