@@ -1,27 +1,17 @@
 // Source of the pairs of letters: the blocks of the Unicode Character Database (CaseFolding.txt).
 #include "NaturalOrder.h"
 
-#include <cstdint>
+#include "core/Utf8.h"
 
 namespace Sorel {
 
 namespace {
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// The next code point. A byte that begins none counts for itself.
 char32_t takeCharacter(std::string_view& text) {
-    const auto first = static_cast<unsigned char>(text.front());
-    const std::size_t length = first < 0xC2 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-    char32_t value = length == 1 ? first : first & (0x7FU >> length);
-    std::size_t taken = 1;
-    for (; taken < length && taken < text.size(); ++taken) {
-        const auto next = static_cast<unsigned char>(text[taken]);
-        if ((next & 0xC0U) != 0x80U) break;
-        value = value << 6 | (next & 0x3FU);
-    }
-    const bool broken = taken < length;
-    text.remove_prefix(broken ? 1 : taken);
-    return broken ? first : value;
+    const Core::Utf8::Decoded next = Core::Utf8::decode(text, 0);
+    text.remove_prefix(next.length);
+    return next.code;
 }
 
 /// Small letters for capitals: Latin, Greek and Cyrillic.

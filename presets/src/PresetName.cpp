@@ -1,5 +1,7 @@
 #include "presets/PresetName.h"
 
+#include "core/Utf8.h"
+
 #include <algorithm>
 
 namespace Sorel {
@@ -81,10 +83,7 @@ const char* presetNameMessage(PresetNameProblem problem) {
 }
 
 std::string_view cutBetweenCharacters(std::string_view text, std::size_t bytes) {
-    if (text.size() <= bytes) return text;
-    while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80U)
-        --bytes;
-    return text.substr(0, bytes);
+    return text.substr(0, Core::Utf8::boundaryAtOrBefore(text, bytes));
 }
 
 } // namespace Sorel

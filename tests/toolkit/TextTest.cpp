@@ -46,11 +46,11 @@ TEST(Text, ReadsAnyBytes) {
     } cases[] = {{"\x80", 1},
                  {"\xFF\xFE", 2},
                  {"\xC3", 1},
-                 {"\xE2\x82", 1},
-                 {"\xC0\xAF", 1},
-                 {"\xED\xA0\x80", 1},
-                 {"\xF4\x90\x80\x80", 1},
-                 {"\xF0\x9F", 1}};
+                 {"\xE2\x82", 2},
+                 {"\xC0\xAF", 2},
+                 {"\xED\xA0\x80", 3},
+                 {"\xF4\x90\x80\x80", 4},
+                 {"\xF0\x9F", 2}};
     for (const auto& c : cases)
         EXPECT_NEAR(widthOf(c.bytes, 10.0), c.characters * bad, 1e-9) << c.characters;
     EXPECT_NEAR(widthOf("\xC3"

@@ -1,5 +1,6 @@
 #include "controls/Surfaces.h"
 #include "core/Paths.h"
+#include "core/Utf8.h"
 #include "tree/Frame.h"
 #include "views/SystemPage.h"
 
@@ -23,9 +24,7 @@ std::string endThatFits(CDrawContext& context, const std::string& text, double w
     std::size_t at = 0;
     std::string shown;
     do {
-        ++at;
-        while (at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U)
-            ++at;
+        at = Core::Utf8::next(text, at);
         shown = "..." + text.substr(at);
     } while (at < text.size() && context.getStringWidth(shown) > width);
     return shown;

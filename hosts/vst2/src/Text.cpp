@@ -1,6 +1,8 @@
 // Cutting texts.
 #include "Text.h"
 
+#include "core/Utf8.h"
+
 #include <cstring>
 
 namespace vst2 {
@@ -8,12 +10,8 @@ namespace vst2 {
 void copyText(char* target, const char* source, std::size_t room) noexcept {
     if (target == nullptr || room == 0) return;
     if (source == nullptr) source = "";
-    std::size_t length = strnlen(source, room);
-    if (length == room) {
-        --length;
-        while (length > 0 && (static_cast<unsigned char>(source[length]) & 0xC0U) == 0x80U)
-            --length;
-    }
+    const std::size_t length =
+        Core::Utf8::boundaryAtOrBefore({source, strnlen(source, room)}, room - 1);
     std::memmove(target, source, length);
     target[length] = 0;
 }

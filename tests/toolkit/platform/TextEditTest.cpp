@@ -2,7 +2,7 @@
 // and editing ends once.
 #include "Recorder.h"
 #include "common/InFrameTextEdit.h"
-#include "common/Utf8.h"
+#include "core/Utf8.h"
 #include "platform/Offscreen.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +10,8 @@
 #include <random>
 
 using namespace Sorel;
+
+namespace Utf8 = Core::Utf8;
 
 namespace {
 

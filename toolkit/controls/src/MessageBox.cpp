@@ -2,6 +2,7 @@
 
 #include "controls/Palette.h"
 #include "controls/Surfaces.h"
+#include "core/Utf8.h"
 #include "tree/Frame.h"
 
 #include <algorithm>
@@ -37,9 +38,7 @@ std::vector<std::string> wrapped(CDrawContext& context, const std::string& text)
             lines.emplace_back();
         }
         for (std::size_t at = 0; at < word.size();) {
-            std::size_t next = at + 1;
-            while (next < word.size() && (static_cast<unsigned char>(word[next]) & 0xC0U) == 0x80U)
-                ++next;
+            const std::size_t next = Core::Utf8::next(word, at);
             const std::string character = word.substr(at, next - at);
             if (context.getStringWidth(lines.back() + character) > kMaxTextWidth)
                 lines.emplace_back();

@@ -1,6 +1,7 @@
 #include "controls/TextEdit.h"
 
 #include "controls/Surfaces.h"
+#include "core/Utf8.h"
 #include "tree/Frame.h"
 
 #include <algorithm>
@@ -12,11 +13,8 @@ namespace Sorel {
 
 namespace {
 /// The longest start of `text` within `bytes` that ends between characters.
-std::string_view cutBetweenCharacters(std::string_view text, std::size_t bytes) {
-    if (text.size() <= bytes) return text;
-    while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80U)
-        --bytes;
-    return text.substr(0, bytes);
+std::string startOf(std::string_view text, std::size_t bytes) {
+    return std::string(text.substr(0, Core::Utf8::boundaryAtOrBefore(text, bytes)));
 }
 } // namespace
 
@@ -31,7 +29,7 @@ CTextEdit::CTextEdit(const CRect& size,
 CTextEdit::~CTextEdit() = default;
 
 void CTextEdit::storeText(const std::string& text) {
-    text_.assign(std::string(cutBetweenCharacters(text, kTextBytes - 1)).c_str());
+    text_.assign(startOf(text, kTextBytes - 1).c_str());
 }
 
 void CTextEdit::setText(const char* text) {
@@ -64,9 +62,7 @@ Sorel_TextEdit::~Sorel_TextEdit() = default;
 
 void Sorel_TextEdit::setText(const char* text) {
     const std::string whole = text != nullptr ? text : "";
-    CTextEdit::setText(
-        std::string(cutBetweenCharacters(whole, static_cast<std::size_t>(info_.maxLength)))
-            .c_str());
+    CTextEdit::setText(startOf(whole, static_cast<std::size_t>(info_.maxLength)).c_str());
 }
 
 CRect Sorel_TextEdit::textRect() const { return getViewSize().inset(info_.margin, 0.0); }

@@ -2,6 +2,7 @@
 #include "controls/Palette.h"
 #include "controls/Surfaces.h"
 #include "controls/TextEdit.h"
+#include "core/Utf8.h"
 #include "tree/Frame.h"
 
 #include <algorithm>
@@ -13,13 +14,6 @@ namespace {
 constexpr double kBaselineOfSize = 0.36; // below the middle, as in CDrawContext::drawString
 constexpr double kCaretAbove = 0.95;     // of the size, above the baseline
 constexpr double kCaretBelow = 0.3;
-
-std::size_t nextCharacter(std::string_view text, std::size_t at) {
-    ++at;
-    while (at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U)
-        ++at;
-    return std::min(at, text.size());
-}
 } // namespace
 
 double Sorel_TextEdit::widthOf(CDrawContext& context, std::string_view text) const {
@@ -58,7 +52,7 @@ std::size_t Sorel_TextEdit::byteOffsetAt(double x) {
     std::size_t nearest = 0;
     double distance = std::abs(x - left);
     for (std::size_t at = 0; at < text.size();) {
-        at = nextCharacter(text, at);
+        at = Core::Utf8::next(text, at);
         const double d = std::abs(x - left - widthOf(context, text.substr(0, at)));
         if (d > distance) break;
         distance = d;

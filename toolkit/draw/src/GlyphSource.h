@@ -3,6 +3,7 @@
 
 #include "Figure.h"
 #include "ShapeRaster.h"
+#include "core/Utf8.h"
 #include "draw/Renderer.h"
 
 #include <cstddef>
@@ -99,15 +100,13 @@ class GlyphSource {
     Figure figure_;
 };
 
-/// The next character of `utf8`, which gets shorter; U+FFFD for bytes that are no UTF-8.
-char32_t nextCharacter(std::string_view& utf8);
-
 template <class Place>
 double GlyphSource::layOut(const TextStyle& style, std::string_view utf8, Place place) {
     double pen = 0.0;
     unsigned previous = 0;
-    while (!utf8.empty()) {
-        const char32_t character = nextCharacter(utf8);
+    for (std::size_t at = 0; at < utf8.size();) {
+        const auto [character, length] = Core::Utf8::decode(utf8, at);
+        at += length;
         if (character < U' ') continue; // line breaks and the like have no shape
         const unsigned glyph = glyphOf(style, character);
         pen += advance(style, previous, glyph);

@@ -1,9 +1,11 @@
 // A text box that its control draws.
 #include "common/InFrameTextEdit.h"
 
-#include "common/Utf8.h"
+#include "core/Utf8.h"
 
 namespace Sorel {
+
+namespace Utf8 = Core::Utf8;
 
 using Motion = TextEditModel::Motion;
 

@@ -1,12 +1,14 @@
 // One open column of a popup menu.
 #include "common/MenuColumn.h"
 
-#include "common/Utf8.h"
+#include "core/Utf8.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace Sorel {
+
+namespace Utf8 = Core::Utf8;
 
 using namespace MenuMetrics;
 

@@ -2,11 +2,13 @@
 #include "common/MenuPainter.h"
 
 #include "common/MenuShadow.h"
-#include "common/Utf8.h"
+#include "core/Utf8.h"
 
 #include <cstring>
 
 namespace Sorel {
+
+namespace Utf8 = Core::Utf8;
 
 using namespace MenuMetrics;
 

@@ -1,12 +1,14 @@
 // Editing one line of text.
 #include "common/TextEditModel.h"
 
-#include "common/Utf8.h"
+#include "core/Utf8.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace Sorel {
+
+namespace Utf8 = Core::Utf8;
 
 namespace {
 

@@ -1,9 +1,11 @@
 // A window in memory: what a user does with it.
 #include "offscreen/Popups.h"
 
-#include "common/Utf8.h"
+#include "core/Utf8.h"
 
 namespace Sorel {
+
+namespace Utf8 = Core::Utf8;
 
 namespace {
 

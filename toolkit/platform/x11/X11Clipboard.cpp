@@ -1,9 +1,11 @@
 // The clipboard.
 #include "x11/X11Clipboard.h"
 
-#include "common/Utf8.h"
+#include "core/Utf8.h"
 
 namespace Sorel {
+
+namespace Utf8 = Core::Utf8;
 
 namespace {
 

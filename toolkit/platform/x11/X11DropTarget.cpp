@@ -1,7 +1,7 @@
 // Drags of other programs over our window.
 #include "x11/X11DropTarget.h"
 
-#include "common/Utf8.h"
+#include "core/Utf8.h"
 #include "x11/UriList.h"
 
 #include <utility>

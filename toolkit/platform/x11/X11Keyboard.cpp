@@ -1,7 +1,7 @@
 // The keyboard.
 #include "x11/X11Keyboard.h"
 
-#include "common/Utf8.h"
+#include "core/Utf8.h"
 
 #include <xkbcommon/xkbcommon-compose.h>
 #include <xkbcommon/xkbcommon-x11.h>
@@ -18,6 +18,8 @@
 #include <string_view>
 
 namespace Sorel {
+
+namespace Utf8 = Core::Utf8;
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace Sorel::Utf8 {
+namespace Core::Utf8 {
 
 inline constexpr char32_t kReplacement = 0xFFFD;
 
@@ -24,10 +24,13 @@ void append(std::string& out, char32_t code);
 /// Well-formed text for a line: bad bytes become U+FFFD, controls and line separators spaces.
 std::string oneLine(std::string_view text);
 
+/// Where the character after the one at `at` begins, or the end.
+std::size_t next(std::string_view text, std::size_t at);
+
 /// The largest boundary between characters of well-formed `text` that is not beyond `maxBytes`.
 std::size_t boundaryAtOrBefore(std::string_view text, std::size_t maxBytes);
 
 /// Drawn together with the character before it: combining marks, variation selectors, joiners.
 bool isExtending(char32_t code);
 
-} // namespace Sorel::Utf8
+} // namespace Core::Utf8

@@ -1,7 +1,7 @@
 // UTF-8 by characters.
-#include "common/Utf8.h"
+#include "core/Utf8.h"
 
-namespace Sorel::Utf8 {
+namespace Core::Utf8 {
 
 namespace {
 
@@ -72,6 +72,13 @@ std::string oneLine(std::string_view text) {
     return line;
 }
 
+std::size_t next(std::string_view text, std::size_t at) {
+    do
+        ++at;
+    while (isContinuation(text, at));
+    return at < text.size() ? at : text.size();
+}
+
 std::size_t boundaryAtOrBefore(std::string_view text, std::size_t maxBytes) {
     std::size_t at = maxBytes < text.size() ? maxBytes : text.size();
     while (at > 0 && isContinuation(text, at))
@@ -88,4 +95,4 @@ bool isExtending(char32_t code) {
            (code >= 0x1F3FB && code <= 0x1F3FF) || (code >= 0xE0100 && code <= 0xE01EF);
 }
 
-} // namespace Sorel::Utf8
+} // namespace Core::Utf8
