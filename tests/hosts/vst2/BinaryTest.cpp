@@ -1,4 +1,5 @@
 // The plug-in binary as a host meets it: loaded by name, run, stored, unloaded.
+#include "BinaryModule.h"
 #include "FakeHost.h"
 #include "Hammer.h"
 #include "core/Settings.h"
@@ -20,34 +21,6 @@
 namespace {
 
 using namespace vst2;
-using Entry = AEffect* (*)(HostCallback);
-
-/// A loaded module; unloaded at the end of its scope.
-class Module {
-  public:
-    Module()
-        : handle_(dlopen(ORVEL_VST2_BINARY, RTLD_NOW | RTLD_LOCAL)) {
-        if (handle_ == nullptr) ADD_FAILURE() << dlerror();
-    }
-    ~Module() { unload(); }
-    Module(const Module&) = delete;
-    Module& operator=(const Module&) = delete;
-
-    AEffect* create(const char* name = "VSTPluginMain") const {
-        const Entry entry = reinterpret_cast<Entry>(dlsym(handle_, name));
-        return entry == nullptr ? nullptr : entry(&FakeHost::callback);
-    }
-    void unload() {
-        if (handle_ != nullptr) {
-            EXPECT_EQ(dlclose(handle_), 0);
-        }
-        handle_ = nullptr;
-    }
-
-  private:
-    void* handle_;
-};
-
 std::string outputOf(const std::string& command) {
     std::string text;
     FILE* pipe = popen(command.c_str(), "r");
@@ -106,7 +79,7 @@ void chooseThreading(bool on) {
 class Binary : public testing::Test {
   protected:
     FakeHost host;
-    Module module;
+    BinaryModule module;
 };
 
 TEST_F(Binary, ExportsItsEntryPointsOnly) {
@@ -207,7 +180,7 @@ class BinaryThreads : public testing::TestWithParam<bool> {
 INSTANTIATE_TEST_SUITE_P(Threading, BinaryThreads, testing::Bool());
 
 TEST_P(BinaryThreads, SurviveAHostOfManyThreads) {
-    const Module module;
+    const BinaryModule module;
     host.recording = false;
     VstTimeInfo time{};
     time.flags = kVstTempoValid | kVstTransportPlaying;
@@ -224,7 +197,7 @@ TEST_P(BinaryThreads, LeaveNothingBehind) {
     std::thread([] {}).join(); // the thread sanitizer starts one of its own with the first
     const int threads = threadCount();
     for (int round = 0; round < 3; ++round) {
-        Module module;
+        BinaryModule module;
         ASSERT_TRUE(isMapped());
         {
             Effect first(module.create());
