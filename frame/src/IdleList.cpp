@@ -17,29 +17,25 @@ IdleList& IdleList::instance() {
 IdleList::~IdleList() { stopTimer(); }
 
 void IdleList::setTimer(std::unique_ptr<IIdleTimer> timer) {
-    const ScopedLock lock(lock_);
+    const ScopedLock lock(timerLock_);
     stopTimer();
     timer_ = std::move(timer);
-    if (!entries_.empty()) startTimer();
+    if (editors_.size() > 0) startTimer();
 }
 
 void IdleList::add(IPluginEditor* editor) {
     if (editor == nullptr) return;
-    const ScopedLock lock(lock_);
-    entries_.push_back({editor, false});
+    editors_.add(editor);
+    const ScopedLock lock(timerLock_);
     startTimer();
 }
 
 void IdleList::remove(IPluginEditor* editor) {
-    // Waits for a tick on another thread. The entry stays for the next tick to take out, so that
-    // nothing is pulled from under a tick that called us.
-    const ScopedLock lock(lock_);
-    for (Entry& entry : entries_)
-        if (entry.editor == editor) entry.removed = true;
+    editors_.removeIf([editor](const IPluginEditor* each) { return each == editor; });
 }
 
 void IdleList::setPeriod(int ms) {
-    const ScopedLock lock(lock_);
+    const ScopedLock lock(timerLock_);
     ms = std::max(ms, 1);
     if (ms == periodMs_) return;
     periodMs_ = ms;
@@ -49,22 +45,13 @@ void IdleList::setPeriod(int ms) {
 }
 
 void IdleList::tick() {
-    if (!lock_.tryEnter()) return;
-    if (!ticking_) {
-        ticking_ = true;
-        std::erase_if(entries_, [](const Entry& entry) { return entry.removed; });
-        if (entries_.empty()) stopTimer();
-
-        // By index, and looked up anew each time: idle may add entries and mark any of them.
-        // Entries added during this tick wait for the next.
-        const std::size_t count = entries_.size();
-        for (std::size_t i = 0; i < count; ++i) {
-            IPluginEditor* editor = entries_[i].editor;
-            if (!entries_[i].removed && editor->isOpen()) editor->idle();
-        }
-        ticking_ = false;
-    }
-    lock_.leave();
+    editors_.callEach([](const IPluginEditor*) { return true; },
+                      [](IPluginEditor* editor) {
+                          if (editor->isOpen()) editor->idle();
+                      });
+    if (editors_.size() > 0 || !timerLock_.tryEnter()) return;
+    if (editors_.size() == 0) stopTimer();
+    timerLock_.leave();
 }
 
 void IdleList::startTimer() {

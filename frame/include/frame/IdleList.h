@@ -1,10 +1,10 @@
 // Gives all open editors of the process their idle time from one timer.
 #pragma once
 
+#include "core/CallList.h"
 #include "core/CriticalSection.h"
 
 #include <memory>
-#include <vector>
 
 namespace Vardo {
 
@@ -52,20 +52,14 @@ class IdleList {
     void tick();
 
   private:
-    struct Entry {
-        IPluginEditor* editor;
-        bool removed;
-    };
-
     void startTimer();
     void stopTimer();
 
-    std::vector<Entry> entries_;
-    Core::Threads::CriticalSection lock_;
+    Core::Threads::CallList<IPluginEditor*> editors_;
+    Core::Threads::CriticalSection timerLock_; // guards what follows
     int periodMs_ = kDefaultPeriodMs;
     std::unique_ptr<IIdleTimer> timer_;
     bool timerRuns_ = false;
-    bool ticking_ = false;
 };
 
 } // namespace Vardo

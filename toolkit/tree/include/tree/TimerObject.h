@@ -1,13 +1,10 @@
 // Things that want to be called in intervals, and the one list of them.
 #pragma once
 
-#include "core/CriticalSection.h"
+#include "core/CallList.h"
 
 #include <atomic>
 #include <cstdint>
-#include <memory>
-#include <thread>
-#include <vector>
 
 namespace Sorel {
 
@@ -48,15 +45,10 @@ class CTimerRegistry {
         std::int64_t intervalMs;
         std::int64_t countdownMs;
         std::uint64_t lastCall;
-        std::thread::id busy;
-        bool isBusy = false;
-        bool removed = false;
     };
 
-    std::vector<std::shared_ptr<Record>> records_;
-    Core::Threads::CriticalSection lock_;
-    std::uint64_t lastPump_ = 0;
-    bool pumping_ = false;
+    Core::Threads::CallList<Record> records_;
+    std::atomic<std::uint64_t> lastPump_{0};
 };
 
 } // namespace Sorel
