@@ -15,6 +15,8 @@ libfftw3-dev       the Fourier transforms of the spectra
 libsndfile1-dev    reads WAV, FLAC, OGG and MP3
 nlohmann-json3-dev writes results as JSON
 libcli11-dev       reads the command line
+librtaudio-dev     plays through the sound card
+libsamplerate0-dev converts where a sound card has another sample rate
 libagg-dev         fills and strokes the shapes of the window
 libfreetype-dev    the letters of the window
 libpng-dev         pictures: the window's own, and those it is asked to write
@@ -44,6 +46,7 @@ xvfb               a display to test windows on
 xdotool            a user of that display
 libxcb-res0-dev    counts what the tests leave on the display
 libxcb-xtest0-dev  presses keys and buttons there
+jackd2             a sound server that needs no sound card
 dbus-daemon        a desktop portal to try file dialogs with
 alsa-utils         speech recordings to measure
 parsec47-data      a music recording to measure

@@ -1,18 +1,17 @@
 // A recording on disk. libsndfile gives integers scaled to -1..1 and floats as they are.
 #include "AudioFile.h"
 
+#include "StandardError.h"
 #include "UserError.h"
 
 #include <sndfile.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace Standalone {
@@ -52,30 +51,6 @@ const char* reasonOf(int error) {
     }
 }
 
-// Some decoders write notes of their own to standard error, which belongs to our messages.
-class QuietDecoder {
-  public:
-    QuietDecoder()
-        : saved_(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)) {
-        const int nowhere = saved_ < 0 ? -1 : open("/dev/null", O_WRONLY | O_CLOEXEC);
-        if (nowhere < 0) return;
-        std::fflush(stderr);
-        dup2(nowhere, STDERR_FILENO);
-        close(nowhere);
-    }
-    ~QuietDecoder() {
-        if (saved_ < 0) return;
-        std::fflush(stderr);
-        dup2(saved_, STDERR_FILENO);
-        close(saved_);
-    }
-    QuietDecoder(const QuietDecoder&) = delete;
-    QuietDecoder& operator=(const QuietDecoder&) = delete;
-
-  private:
-    int saved_;
-};
-
 } // namespace
 
 struct AudioFile::Decoder {
@@ -95,7 +70,7 @@ AudioFile::AudioFile(const std::string& path) {
 
     SF_INFO format{};
     SNDFILE* file = [&] {
-        const QuietDecoder quiet;
+        const QuietLibraries quiet; // some decoders write notes of their own
         return sf_open(path.c_str(), SFM_READ, &format);
     }();
     if (file == nullptr)
@@ -122,7 +97,7 @@ AudioFile::AudioFile(const std::string& path) {
 int AudioFile::read(float* left, float* right, int frames) {
     const auto stride = static_cast<std::size_t>(info_.channels);
     const std::size_t second = info_.channels > 1 ? 1 : 0;
-    const QuietDecoder quiet;
+    const QuietLibraries quiet;
     int done = 0;
     while (done < frames) {
         const int wanted = std::min(frames - done, framesPerPiece_);
@@ -139,6 +114,13 @@ int AudioFile::read(float* left, float* right, int frames) {
         if (got < wanted) break;
     }
     return done;
+}
+
+void AudioFile::seek(std::int64_t frame) {
+    const QuietLibraries quiet;
+    if (sf_seek(decoder_->file, frame, SEEK_SET) < 0)
+        throw UserError("cannot go to another place in '" + info_.path +
+                        "'; its format only plays on");
 }
 
 } // namespace Standalone

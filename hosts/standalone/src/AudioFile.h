@@ -17,6 +17,7 @@ class AudioFile final : public AudioSource {
 
     const SourceInfo& info() const override { return info_; }
     int read(float* left, float* right, int frames) override;
+    void seek(std::int64_t frame) override;
 
   private:
     struct Decoder; // libsndfile's own type stays in the source file

@@ -1,4 +1,4 @@
-// Where stereo audio comes from: a file, the demonstration signal, later an input of the machine.
+// Where stereo audio comes from: a file, the demonstration signal.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ struct SourceInfo {
     std::int64_t frames = 0; ///< expected length; 0 when nobody knows before the end
 };
 
-/// A stream of sample pairs, read once from start to end.
+/// A stream of sample pairs, read from start to end.
 /// Threads: one.
 class AudioSource {
   public:
@@ -23,6 +23,9 @@ class AudioSource {
     /// A mono original feeds both channels; of more than two the first two are read.
     /// Fails: throws UserError when the original cannot be read on.
     virtual int read(float* left, float* right, int frames) = 0;
+    /// The next read starts at `frame`, 0 up to the length.
+    /// Fails: throws UserError when the original can only be read on.
+    virtual void seek(std::int64_t frame) = 0;
 };
 
 } // namespace Standalone

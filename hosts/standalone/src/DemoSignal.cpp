@@ -202,4 +202,8 @@ int DemoSignal::read(float* left, float* right, int frames) {
     return static_cast<int>(count);
 }
 
+void DemoSignal::seek(std::int64_t frame) {
+    position_ = static_cast<std::size_t>(std::clamp<std::int64_t>(frame, 0, info_.frames));
+}
+
 } // namespace Standalone

@@ -21,6 +21,7 @@ class DemoSignal final : public AudioSource {
 
     const SourceInfo& info() const override { return info_; }
     int read(float* left, float* right, int frames) override;
+    void seek(std::int64_t frame) override;
 
   private:
     SourceInfo info_;

@@ -2,29 +2,14 @@
 #include "MeasureCommand.h"
 
 #include "Player.h"
-#include "PluginSetup.h"
 #include "UserError.h"
 #include "frame/PluginBase.h"
 #include "frame/PluginParameter.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace Standalone {
 namespace {
-
-std::unique_ptr<Vardo::IPluginBase> newPlugin(const PluginFactory& createPlugin,
-                                              StandaloneHost& host) {
-    std::unique_ptr<Vardo::IPluginBase> plugin = createPlugin(&host);
-    if (!plugin) throw std::runtime_error("the analyser could not be made");
-    return plugin;
-}
-
-Vardo::IAnalysisReadout& readoutOf(Vardo::IPluginBase& plugin) {
-    Vardo::IAnalysisReadout* analysis = plugin.getAnalysis();
-    if (analysis == nullptr) throw std::runtime_error("the analyser gives no results");
-    return *analysis;
-}
 
 std::vector<ParameterReading> readParameters(Vardo::IPluginBase& plugin) {
     std::vector<ParameterReading> readings;
@@ -88,18 +73,12 @@ void readPage(Vardo::IAnalysisReadout& analysis,
 
 } // namespace
 
-void checkSettings(const PluginFactory& createPlugin, const MeasureOptions& options) {
-    if (options.settings.empty()) return;
-    StandaloneHost host(options.tempo);
-    applySettings(*newPlugin(createPlugin, host), options.settings);
-}
-
 Measurement measure(const PluginFactory& createPlugin,
                     AudioSource& source,
                     const MeasureOptions& options,
                     const std::function<void(std::int64_t)>& progress) {
     StandaloneHost host(options.tempo); // outlives the plug-in
-    const std::unique_ptr<Vardo::IPluginBase> plugin = newPlugin(createPlugin, host);
+    const std::unique_ptr<Vardo::IPluginBase> plugin = makePlugin(createPlugin, host);
     Vardo::IAnalysisReadout& analysis = readoutOf(*plugin);
 
     Player player(*plugin, source, options.blockSize, options.tempo);

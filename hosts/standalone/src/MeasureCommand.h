@@ -3,19 +3,14 @@
 
 #include "AudioSource.h"
 #include "CommandLine.h"
+#include "PluginSetup.h"
 #include "frame/AnalysisSnapshot.h"
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-namespace Vardo {
-class IPluginBase;
-class VardoCallback;
-} // namespace Vardo
 
 namespace Standalone {
 
@@ -38,9 +33,6 @@ struct Measurement {
     std::optional<Vardo::ScopeTable> scope; ///< when columns were asked for
 };
 
-using PluginFactory =
-    std::function<std::unique_ptr<Vardo::IPluginBase>(Vardo::VardoCallback* host)>;
-
 /// `progress` hears the number of frames played so far; it may be empty.
 /// Fails: throws UserError for settings and sources that cannot be used, std::runtime_error for a
 /// plug-in that does not do its part.
@@ -48,8 +40,5 @@ Measurement measure(const PluginFactory& createPlugin,
                     AudioSource& source,
                     const MeasureOptions& options,
                     const std::function<void(std::int64_t frames)>& progress);
-
-/// Finds out whether the settings can be made, before a file is opened. Fails: throws UserError.
-void checkSettings(const PluginFactory& createPlugin, const MeasureOptions& options);
 
 } // namespace Standalone

@@ -31,7 +31,7 @@ Player::Player(Vardo::IPluginBase& plugin, AudioSource& source, int blockSize, d
     declareBlock(plan_.blockSize());
 }
 
-std::int64_t Player::play(const std::function<void(std::int64_t)>& progress) {
+std::int64_t Player::play(const Listener& progress, const Listener& afterBlock) {
     for (;;) {
         if (available_ < plan_.lookAhead() && !ended_) {
             fill();
@@ -44,6 +44,7 @@ std::int64_t Player::play(const std::function<void(std::int64_t)>& progress) {
         declareBlock(block);
         playBlock(block);
         position_ -= silence;
+        if (afterBlock) afterBlock(position_);
     }
     if (progress) progress(position_);
     return position_;

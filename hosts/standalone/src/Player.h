@@ -24,10 +24,12 @@ class Player {
     Player(Vardo::IPluginBase& plugin, AudioSource& source, int blockSize, double tempo);
 
     /// Plays to the end and gives the number of frames played, silence behind a very short source
-    /// not counted. `progress` hears that number now and then; it may be empty.
+    /// not counted. `progress` hears that number now and then, `afterBlock` after every block the
+    /// plug-in got; both may be empty.
     /// Fails: throws UserError when the source cannot be read on, and std::runtime_error when what
     /// the plug-in gives back differs from what it was given in a single bit.
-    std::int64_t play(const std::function<void(std::int64_t frames)>& progress);
+    using Listener = std::function<void(std::int64_t frames)>;
+    std::int64_t play(const Listener& progress, const Listener& afterBlock = {});
 
   private:
     void fill();

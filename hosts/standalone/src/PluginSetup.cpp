@@ -1,4 +1,4 @@
-// Brings a plug-in into the state the user asked for.
+// Makes a plug-in and brings it into the state the user asked for.
 #include "PluginSetup.h"
 
 #include "ReportText.h"
@@ -37,6 +37,19 @@ Vardo::IPluginParameter& parameterFor(Vardo::IPluginBase& plugin, const Paramete
 
 } // namespace
 
+std::unique_ptr<Vardo::IPluginBase> makePlugin(const PluginFactory& createPlugin,
+                                               StandaloneHost& host) {
+    std::unique_ptr<Vardo::IPluginBase> plugin = createPlugin(&host);
+    if (!plugin) throw std::runtime_error("the analyser could not be made");
+    return plugin;
+}
+
+Vardo::IAnalysisReadout& readoutOf(Vardo::IPluginBase& plugin) {
+    Vardo::IAnalysisReadout* analysis = plugin.getAnalysis();
+    if (analysis == nullptr) throw std::runtime_error("the analyser gives no results");
+    return *analysis;
+}
+
 void activatePage(Vardo::IPluginBase& plugin, Vardo::AnalyserPage page) {
     void* data = nullptr;
     const int size = plugin.getChunk(&data);
@@ -52,6 +65,12 @@ void applySettings(Vardo::IPluginBase& plugin, const std::vector<ParameterSettin
     for (std::size_t i = 0; i < settings.size(); ++i)
         parameters[i]->setValue(static_cast<float>(settings[i].value));
     plugin.onIdle();
+}
+
+void checkSettings(const PluginFactory& createPlugin, const CommonOptions& options) {
+    if (options.settings.empty()) return;
+    StandaloneHost host(options.tempo);
+    applySettings(*makePlugin(createPlugin, host), options.settings);
 }
 
 std::string parameterHelp(Vardo::IPluginBase& plugin) {

@@ -8,8 +8,9 @@
 
 namespace Standalone {
 
-ProgressLine::ProgressLine(std::int64_t total)
-    : total_(total)
+ProgressLine::ProgressLine(const char* doing, std::int64_t total)
+    : doing_(doing)
+    , total_(total)
     , visible_(total > 0 && isatty(STDERR_FILENO) == 1) {}
 
 ProgressLine::~ProgressLine() {
@@ -21,7 +22,7 @@ void ProgressLine::show(std::int64_t done) {
     const auto percent = static_cast<int>(std::min<std::int64_t>(100, done * 100 / total_));
     if (percent == shownPercent_) return;
     shownPercent_ = percent;
-    std::fprintf(stderr, "\rMeasuring %3d %%", percent);
+    std::fprintf(stderr, "\r%s %3d %%", doing_, percent);
 }
 
 } // namespace Standalone

@@ -9,7 +9,8 @@ namespace Standalone {
 class ProgressLine {
   public:
     /// `total` of the job, in the unit that `show` counts in; 0 when nobody knows.
-    explicit ProgressLine(std::int64_t total);
+    /// `doing` is what the line says in front of the percentage.
+    ProgressLine(const char* doing, std::int64_t total);
     ~ProgressLine();
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
@@ -17,6 +18,7 @@ class ProgressLine {
     void show(std::int64_t done);
 
   private:
+    const char* doing_;
     std::int64_t total_;
     bool visible_;
     int shownPercent_ = -1;

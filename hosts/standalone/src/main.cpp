@@ -3,14 +3,18 @@
 #include "CommandLine.h"
 #include "DemoSignal.h"
 #include "MeasureCommand.h"
+#include "PlayCommand.h"
 #include "PluginSetup.h"
 #include "ProgressLine.h"
+#include "RenderCommand.h"
 #include "Report.h"
+#include "StandardError.h"
 #include "UserError.h"
 #include "frame/PluginBase.h"
 #include "frame/PluginModule.h"
 
 #include <cerrno>
+#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -24,6 +28,7 @@ using namespace Standalone;
 constexpr int kSuccess = 0;
 constexpr int kFault = 1; // ours, not the user's
 constexpr int kUserError = 2;
+constexpr int kNoWindow = 3;
 
 Vardo::PluginDescription description() {
     Vardo::PluginDescriptionList list;
@@ -48,12 +53,12 @@ void print(const std::string& text) {
                         "); check where standard output goes");
 }
 
-std::string measureHelp(const std::string& optionsHelp) {
-    StandaloneHost host(MeasureOptions().tempo);
+std::string commandHelp(const std::string& optionsHelp) {
+    StandaloneHost host(CommonOptions().tempo);
     return optionsHelp + "\n" + parameterHelp(*analyserFactory()(&host));
 }
 
-std::unique_ptr<AudioSource> openSource(const MeasureOptions& options) {
+std::unique_ptr<AudioSource> openSource(const CommonOptions& options) {
     if (options.demo) return std::make_unique<DemoSignal>();
     return std::make_unique<AudioFile>(options.path);
 }
@@ -64,35 +69,75 @@ void runMeasure(const MeasureOptions& options) {
     const std::unique_ptr<AudioSource> source = openSource(options);
     Measurement result;
     {
-        ProgressLine progress(source->info().frames);
+        ProgressLine progress("Measuring", source->info().frames);
         result =
             measure(factory, *source, options, [&](std::int64_t frames) { progress.show(frames); });
     }
     if (source->info().frames > result.source.frames)
-        std::fprintf(stderr, "orvelscope: note: the recording ends after %lld of %lld frames\n",
-                     static_cast<long long>(result.source.frames),
-                     static_cast<long long>(source->info().frames));
+        tell("note: the recording ends after " + std::to_string(result.source.frames) + " of " +
+             std::to_string(source->info().frames) + " frames");
     print(options.json ? jsonReport(result) : tableReport(result));
+}
+
+void runRender(const RenderOptions& options) {
+    constexpr std::int64_t kSteps = 1000;
+    std::string paths;
+    {
+        ProgressLine progress("Playing", kSteps);
+        for (const std::string& path : render(
+                 analyserFactory(), [&] { return openSource(options); }, options,
+                 [&](double share) { progress.show(std::llround(share * kSteps)); }))
+            paths += path + "\n";
+    }
+    print(paths);
+}
+
+// What can be had without a display.
+void runWithoutWindow(const PlayOptions& options) {
+    CommonOptions common = options;
+    common.demo = common.path.empty();
+    RenderOptions pictures;
+    static_cast<CommonOptions&>(pictures) = common;
+    pictures.allPages = true;
+    pictures.output = options.pictures;
+    runRender(pictures);
+    print("\n");
+    MeasureOptions measures;
+    static_cast<CommonOptions&>(measures) = common;
+    runMeasure(measures);
+}
+
+void runPlay(const PlayOptions& options) {
+    try {
+        play(
+            analyserFactory(),
+            [](const std::string& path) { return std::make_unique<AudioFile>(path); }, options);
+    } catch (const NoWindow& error) {
+        if (options.pictures.empty()) throw;
+        tell(std::string(error.what()) + " Drawing pictures instead.");
+        runWithoutWindow(options);
+    }
 }
 
 void run(const CommandLine& commandLine) {
     switch (commandLine.action) {
     case CommandLine::Action::help:
         return print(commandLine.helpText);
-    case CommandLine::Action::measureHelp:
-        return print(measureHelp(commandLine.helpText));
+    case CommandLine::Action::commandHelp:
+        return print(commandHelp(commandLine.helpText));
     case CommandLine::Action::version:
         return print(description().effectName + " " + description().versionText + "\n");
     case CommandLine::Action::measure:
         return runMeasure(commandLine.measure);
+    case CommandLine::Action::render:
+        return runRender(commandLine.render);
+    case CommandLine::Action::play:
+        return runPlay(commandLine.play);
     }
 }
 
-// File names may hold anything; a message is one line.
-int fail(std::string message, int status) {
-    for (char& c : message)
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
-    std::fprintf(stderr, "orvelscope: %s\n", message.c_str());
+int fail(const std::string& message, int status) {
+    tell(message);
     return status;
 }
 
@@ -106,6 +151,8 @@ int main(int argc, char** argv) {
         return kSuccess;
     } catch (const UserError& error) {
         return fail(error.what(), kUserError);
+    } catch (const NoWindow& error) {
+        return fail(error.what(), kNoWindow);
     } catch (const std::bad_alloc&) {
         return fail("not enough memory; try a smaller --block", kUserError);
     } catch (const std::exception& error) {

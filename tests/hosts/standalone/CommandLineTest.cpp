@@ -50,14 +50,48 @@ TEST(CommandLine, OneSetMayBeFollowedBySeveralSettings) {
     EXPECT_EQ(measureOf({"--json", "--", "--set"}).path, "--set");
 }
 
+TEST(CommandLine, WithoutACommandItPlays) {
+    using Action = CommandLine::Action;
+    EXPECT_EQ(parseCommandLine({}).action, Action::play);
+    const CommandLine file = parseCommandLine({"a.wav", "--page", "stereo", "--set", "A=1"});
+    EXPECT_EQ(file.action, Action::play);
+    EXPECT_EQ(file.play.path, "a.wav");
+    EXPECT_EQ(file.play.page, Vardo::AnalyserPage::stereoField);
+    EXPECT_TRUE(parseCommandLine({"--silent", "--demo"}).play.silent);
+    // A recording may be called like a command.
+    EXPECT_EQ(parseCommandLine({"play", "render"}).play.path, "render");
+    EXPECT_EQ(parseCommandLine({"--help"}).action, Action::help);
+    EXPECT_EQ(parseCommandLine({"render", "--help"}).action, Action::commandHelp);
+    EXPECT_EQ(parseCommandLine({"a.wav", "--help"}).action, Action::commandHelp);
+}
+
+TEST(CommandLine, ReadsWhatPicturesNeed) {
+    const RenderOptions options =
+        parseCommandLine({"render", "a.wav", "--at", "1.5", "--mouse", "400,-2.5", "-o", "x.png",
+                          "--page", "system", "--block", "64"})
+            .render;
+    EXPECT_EQ(options.seconds, 1.5);
+    EXPECT_EQ(options.mouse->x, 400);
+    EXPECT_EQ(options.mouse->y, -2.5);
+    EXPECT_EQ(options.output, "x.png");
+    EXPECT_EQ(options.page, Vardo::AnalyserPage::system);
+    EXPECT_EQ(options.blockSize, 64);
+    EXPECT_FALSE(options.allPages);
+}
+
 TEST(CommandLine, SaysWhatWouldHaveBeenRight) {
     const std::vector<std::pair<Arguments, const char*>> cases = {
-        {{}, "orvelscope measure song.wav"},
         {{"measure"}, "needs a FILE"},
         {{"measure", "a.wav", "--demo"}, "not both"},
         {{"measure", "a.wav", "b.wav"}, "b.wav"},
         {{"measure", "a.wav", "--loud"}, "--loud"},
-        {{"measur", "a.wav"}, "measur"},
+        {{"measur", "a.wav"}, "'measur' is no command"},
+        {{"a.wav", "--loud"}, "--loud"},
+        {{"render", "a.wav"}, "-o PICTURE.png"},
+        {{"render", "a.wav", "--all"}, "-o FOLDER"},
+        {{"render", "--all", "--demo", "--page", "scope", "-o", "x"}, "not both"},
+        {{"render", "-o", "x"}, "needs a FILE"},
+        {{"play", "a.wav", "--demo"}, "not both"},
         {{"measure", "a.wav", "--block"}, "--block"},
         {{"measure", "a.wav", "--threaded", "yes"}, "on or off"}};
     for (const auto& [arguments, hint] : cases)
@@ -68,6 +102,11 @@ TEST(CommandLine, SaysWhatWouldHaveBeenRight) {
     for (const char* tempo : {"0", "0.99", "1000.1", "-120", "fast", "inf", "1,5", "+-3"})
         EXPECT_THAT(errorOf({"measure", "a.wav", std::string("--tempo=") + tempo}),
                     HasSubstr("1 to 1000"));
+    for (const char* at : {"-1", "noon", "1:30", "1e7"})
+        EXPECT_THAT(errorOf({"render", "a.wav", "-o", "x", std::string("--at=") + at}),
+                    HasSubstr("seconds from the start"));
+    for (const char* mouse : {"1", "1,", ",2", "1;2", "a,b"})
+        EXPECT_THAT(errorOf({"render", "a.wav", "-o", "x", "--mouse", mouse}), HasSubstr("X,Y"));
     for (const char* page : {"Scope", "3", "stereo field", ""})
         EXPECT_THAT(errorOf({"measure", "a.wav", "--page", page}),
                     HasSubstr("scope, spectrum, stereo or system"));

@@ -1,9 +1,6 @@
 // The player as a host: set-up calls, blocks, transport, and a watch over the audio.
 #include "Player.h"
-
-#include "frame/AnalysisSnapshot.h"
-#include "frame/PluginBase.h"
-#include "frame/ProcessContext.h"
+#include "FakePlugin.h"
 
 #include <gtest/gtest.h>
 
@@ -14,34 +11,8 @@
 namespace Standalone {
 namespace {
 
-// Counts up, so that a lost, doubled or padded sample shows.
-class Ramp final : public AudioSource {
-  public:
-    explicit Ramp(int frames)
-        : left_(frames) {
-        info_.path = "ramp";
-        info_.sampleRate = 1000;
-        info_.channels = 2;
-    }
-    const SourceInfo& info() const override { return info_; }
-    int read(float* left, float* right, int frames) override {
-        const int count = std::min(frames, left_);
-        for (int i = 0; i < count; ++i) {
-            left[i] = static_cast<float>(++last_);
-            right[i] = -left[i];
-        }
-        left_ -= count;
-        return count;
-    }
-
-  private:
-    SourceInfo info_;
-    int left_;
-    int last_ = 0;
-};
-
 // Passes audio through and writes down what the host does.
-class RecordingPlugin final : public Vardo::IPluginBase {
+class RecordingPlugin final : public FakePlugin {
   public:
     void process(Vardo::IProcessContext& context) override {
         const int n = context.getNumSamples();
@@ -53,29 +24,19 @@ class RecordingPlugin final : public Vardo::IPluginBase {
                          static_cast<double>(heard.size()) / 1000 * 90 / 60);
         EXPECT_EQ(context.getTempo(), 90.0F);
         calls.push_back(n);
-        for (int c = 0; c < 2; ++c)
-            std::copy_n(context.getInputs()[c], n, context.getOutputs()[c]);
+        FakePlugin::process(context);
         heard.insert(heard.end(), context.getInputs()[0], context.getInputs()[0] + n);
         if (spoilAt >= 0 && static_cast<int>(heard.size()) > spoilAt) {
             context.getInputs()[1][0] = -0.0F; // a spoilt input must not hide it
             context.getOutputs()[1][0] = -0.0F;
         }
     }
-    void setParameter(Vardo::IPluginParameter*, double, int) override {}
-    int getNumParameters() override { return 0; }
-    Vardo::IPluginParameter* getParameter(int) override { return nullptr; }
     void setSampleRate(double newRate) override {
         EXPECT_TRUE(declared.empty()) << "the rate comes first";
         rate = newRate;
     }
     void setBlockSize(int samples) override { declared.push_back(samples); }
-    int getChunk(void**) override { return 0; }
-    void setChunk(const void*, int) override {}
-    void setBypass(bool) override {}
-    void reset() override {}
-    Vardo::IPluginEditor* getEditor() override { return nullptr; }
 
-    double rate = 0;
     std::vector<int> declared;
     std::vector<int> calls;
     std::vector<float> heard;

@@ -32,7 +32,7 @@ void expectOneLineError(const Arguments& arguments, const std::string& hint) {
 }
 
 TEST(Program, RefusesWrongArgumentsInOneLine) {
-    expectOneLineError({}, "--help");
+    expectOneLineError({"--loud"}, "play --help");
     expectOneLineError({"measure"}, "needs a FILE");
     expectOneLineError({"measure", kSpeech, "--set", "NoSuchKey=1"}, "measure --help");
     expectOneLineError({"measure", kSpeech, "--set", "GlobalRMSLength=9.99"}, "from 10 to 1000");
@@ -69,6 +69,8 @@ TEST(Program, HelpListsTheParametersAndVersionTheVersion) {
     const ProgramResult help = runProgram({"measure", "--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_THAT(help.out, HasSubstr("GlobalRMSLength               10 .. 1000    500"));
+    for (const char* command : {"play", "render"})
+        EXPECT_THAT(runProgram({command, "--help"}).out, HasSubstr("GlobalRMSLength"));
     EXPECT_EQ(runProgram({"--version"}).out, "Orvel Scope 1.0.4\n");
 }
 

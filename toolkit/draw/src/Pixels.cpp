@@ -131,6 +131,10 @@ void addRow(std::uint8_t* row, int count, const Pixel* source, CoverageAt covera
     });
 }
 
+/// Of a byte mask over four pixels.
+constexpr int kAlphaBytes = 0x8888;
+constexpr int kAllBytes = 0xFFFF;
+
 auto everywhere(std::uint8_t coverage) {
     const __m128i c = _mm_set1_epi16(coverage);
     return [c](int, int) { return Wide{c, c}; };
@@ -165,6 +169,7 @@ void blend(std::uint8_t* row, int count, CColor color, const std::uint8_t* cover
     const __m128i over = target(color);
     const auto mixRow = [&](auto alphaAt) {
         inFours(count, [&](int i, int n) {
+            if (isNothing(coverage + i, n)) return; // most of what an outline's rows hold
             const Wide a = alphaAt(i, n);
             const Wide d = widen(loadPixels(row + 4 * i, n));
             storePixels(row + 4 * i, narrow({mix(d.low, over, a.low), mix(d.high, over, a.high)}),
@@ -180,7 +185,26 @@ void blend(std::uint8_t* row, int count, CColor color, const std::uint8_t* cover
 }
 
 void blend(std::uint8_t* row, int count, const Pixel* source, std::uint8_t coverage) {
-    blendRow(row, count, source, everywhere(coverage));
+    if (coverage != 255) {
+        blendRow(row, count, source, everywhere(coverage));
+        return;
+    }
+    // Pictures are mostly opaque or see-through: neither needs arithmetic.
+    inFours(count, [&](int i, int n) {
+        const __m128i pixels = loadPixels(source + i, n);
+        const int opaque = _mm_movemask_epi8(_mm_cmpeq_epi8(pixels, _mm_set1_epi8(-1)));
+        if (n == 4 && (opaque & kAlphaBytes) == kAlphaBytes) {
+            storePixels(row + 4 * i, pixels, n);
+            return;
+        }
+        const int empty = _mm_movemask_epi8(_mm_cmpeq_epi8(pixels, _mm_setzero_si128()));
+        if (empty == kAllBytes) return;
+        const Wide s = widen(pixels);
+        const Wide d = widen(loadPixels(row + 4 * i, n));
+        const __m128i whole = _mm_set1_epi16(255);
+        storePixels(row + 4 * i, narrow({cover(d.low, s.low, whole), cover(d.high, s.high, whole)}),
+                    n);
+    });
 }
 
 void blend(std::uint8_t* row, int count, const Pixel* source, const std::uint8_t* coverage) {
