@@ -12,7 +12,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <filesystem>
+#include <iterator>
+#include <thread>
 
 namespace Orvel {
 namespace {
@@ -239,6 +242,36 @@ TEST_F(EditorTest, ItOpensAndClosesAtAnyMomentAndTwiceInAProcess) {
     }
     Vardo::IdleList::instance().tick();
     EXPECT_TRUE(instrument_.editor().isOpen());
+}
+
+// For the thread sanitizer: audio, worker and window at once, while everything changes.
+TEST_F(EditorTest, TheWindowWorksBesideTheAudioThreadAndTheWorker) {
+    instrument_.analyser.setThreadedProcessing(true);
+    std::atomic<bool> ended{false};
+    std::thread audio([&] {
+        const auto noise = orvel_test::stereoNoise(Instrument::kBlock, 11, 0.7F);
+        for (int i = 0; i < 400; ++i)
+            instrument_.player.block(noise, 0, Instrument::kBlock);
+        ended = true;
+    });
+    constexpr ParameterId kChanging[] = {
+        kScopeSyncMode,         kScopeTransientDetection, kScopeDeEsserMale,   kSpectrumDrawLine,
+        kSpectrumDrawWaterfall, kSpectrumFFTSize,         kGlobalMeteringMode, kGlobalRMSLength};
+    int pictures = 0;
+    for (unsigned step = 0; !ended || step < 60; ++step) {
+        instrument_.idle();
+        pictures += instrument_.window().takeShownPixels() > 0;
+        if (step % 5 == 0) instrument_.editor().setActivePage(static_cast<int>(step / 5 % 4));
+        Vardo::IPluginParameter& parameter = instrument_[kChanging[step % std::size(kChanging)]];
+        parameter.setNormalizedValue(static_cast<float>(step * 7 % 11) / 10.0F);
+        if (step % 40 == 20) instrument_.analyser.setThreadedProcessing(step % 80 == 20);
+        if (step % 50 == 30) {
+            instrument_.editor().close();
+            instrument_.open();
+        }
+    }
+    audio.join();
+    EXPECT_GT(pictures, 10);
 }
 
 TEST(EditorPicture, IsPaintedWithoutADesktopAndReproducible) {

@@ -76,9 +76,4 @@ int CScopeDialStrip::attached(CViewContainer* parent) {
     return answer;
 }
 
-int CScopeDialStrip::removed(CViewContainer* parent) {
-    if (CSorelineEditor* editor = getEditor()) editor->removeControl(this);
-    return CDialStrip::removed(parent);
-}
-
 } // namespace Sorel

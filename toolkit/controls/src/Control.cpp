@@ -131,7 +131,6 @@ int CControl::attached(CViewContainer* parent) {
 
 int CControl::removed(CViewContainer* parent) {
     endEdit(); // a gesture does not outlive its window
-    if (CSorelineEditor* editor = getEditor()) editor->removeControl(this);
     return CView::removed(parent);
 }
 

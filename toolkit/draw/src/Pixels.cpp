@@ -144,6 +144,19 @@ auto each(const std::uint8_t* coverage) {
     return [coverage](int i, int n) { return loadCoverage(coverage + i, n); };
 }
 
+/// Coverage that changes from pixel to pixel.
+void mixPixels(std::uint8_t* row, int count, CColor color, const std::uint8_t* coverage) {
+    const __m128i over = target(color);
+    const __m128i alpha = _mm_set1_epi16(color.alpha);
+    inFours(count, [&](int i, int n) {
+        if (isNothing(coverage + i, n)) return; // most of what an outline's rows hold
+        Wide a = loadCoverage(coverage + i, n);
+        if (color.alpha != 255) a = times(a, alpha);
+        const Wide d = widen(loadPixels(row + 4 * i, n));
+        storePixels(row + 4 * i, narrow({mix(d.low, over, a.low), mix(d.high, over, a.high)}), n);
+    });
+}
+
 } // namespace
 
 void blend(std::uint8_t* row, int count, CColor color) {
@@ -166,22 +179,19 @@ void blend(std::uint8_t* row, int count, CColor color) {
 }
 
 void blend(std::uint8_t* row, int count, CColor color, const std::uint8_t* coverage) {
-    const __m128i over = target(color);
-    const auto mixRow = [&](auto alphaAt) {
-        inFours(count, [&](int i, int n) {
-            if (isNothing(coverage + i, n)) return; // most of what an outline's rows hold
-            const Wide a = alphaAt(i, n);
-            const Wide d = widen(loadPixels(row + 4 * i, n));
-            storePixels(row + 4 * i, narrow({mix(d.low, over, a.low), mix(d.high, over, a.high)}),
-                        n);
-        });
-    };
-    if (color.alpha == 255) {
-        mixRow(each(coverage));
-        return;
+    constexpr int kRun = 16;
+    int i = 0;
+    for (; i + kRun <= count; i += kRun) {
+        // Inside and outside a shape, coverage is the same for long runs: a plain blend or nothing.
+        const std::uint8_t first = coverage[i];
+        const __m128i run = _mm_loadu_si128(reinterpret_cast<const __m128i*>(coverage + i));
+        const __m128i same = _mm_cmpeq_epi8(run, _mm_set1_epi8(static_cast<char>(first)));
+        if (_mm_movemask_epi8(same) != kAllBytes)
+            mixPixels(row + 4 * i, kRun, color, coverage + i);
+        else if (first != 0)
+            blend(row + 4 * i, kRun, color.withAlpha((first * color.alpha + 127) / 255));
     }
-    const __m128i alpha = _mm_set1_epi16(color.alpha);
-    mixRow([&](int i, int n) { return times(loadCoverage(coverage + i, n), alpha); });
+    mixPixels(row + 4 * i, count - i, color, coverage + i);
 }
 
 void blend(std::uint8_t* row, int count, const Pixel* source, std::uint8_t coverage) {

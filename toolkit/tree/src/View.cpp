@@ -2,6 +2,7 @@
 
 #include "draw/Bitmap.h"
 #include "tree/Frame.h"
+#include "tree/SorelineEditor.h"
 #include "tree/ViewContainer.h"
 
 #include <cstring>
@@ -137,6 +138,7 @@ void CView::setBackground(CBitmap* bitmap) {
 
 int CView::removed(CViewContainer* /*parent*/) {
     if (!attached_) return 0;
+    if (CSorelineEditor* editor = getEditor()) editor->removeControl(this);
     if (frame_ != nullptr) frame_->onViewRemoved(this);
     parentView_ = nullptr;
     setFrame(nullptr);

@@ -69,7 +69,6 @@ class CScopeDialStrip : public CDialStrip {
 
     void onParameterChanged(int parameterIndex) override;
     int attached(CViewContainer* parent) override;
-    int removed(CViewContainer* parent) override;
 
   private:
     void bindTimeDials();

@@ -53,7 +53,7 @@ class CSorelineEditor : public Vardo::ParameterChangeListener {
     const char* hint() const { return hintText_.c_str(); }
 
     // ---- Controls and parameters ---------------------------------------------------------------
-    /// From now on the control hears onParameterChanged(parameterIndex).
+    /// From now on the control hears onParameterChanged(parameterIndex), until it leaves the tree.
     void addControlToParameter(Vardo::IPluginParameter& parameter, CView* control);
     /// Everywhere it was entered.
     void removeControl(const CView* control);
