@@ -58,6 +58,7 @@ class ControlTest : public ToolkitTest {
         gain_.setHostIndex(7);
         mode_.setFromDescription({"Mode", "Mode", "Mode", 0, 4, 1, 0, true, 0, Vardo::kInteger, 4});
     }
+    ~ControlTest() override { editor_.reset(); } // before the parameters that it is bound to
     /// A dial at 10, 10 whose knob's middle lies at 46, 48.
     CDial& openDial(Vardo::ParameterProperty& parameter) {
         open(
