@@ -16,6 +16,7 @@ libsndfile1-dev    reads WAV, FLAC, OGG and MP3
 nlohmann-json3-dev writes results as JSON
 libcli11-dev       reads the command line
 librtaudio-dev     plays through the sound card
+libjack-jackd2-dev the sound server that it may play to, of the kind that the tests start
 libsamplerate0-dev converts where a sound card has another sample rate
 libagg-dev         fills and strokes the shapes of the window
 libfreetype-dev    the letters of the window
