@@ -18,7 +18,7 @@ void* asParent(xcb_window_t window) {
     return reinterpret_cast<void*>(static_cast<std::uintptr_t>(window));
 }
 
-class EditorWindow : public testing::Test {
+class BinaryEditorWindow : public testing::Test {
   protected:
     void SetUp() override {
         if (!server_.isRunning())
@@ -56,7 +56,7 @@ class EditorWindow : public testing::Test {
     std::unique_ptr<Effect> effect_;
 };
 
-TEST_F(EditorWindow, OpensWorksClosesAndOpensAgain) {
+TEST_F(BinaryEditorWindow, OpensWorksClosesAndOpensAgain) {
     ERect* size = nullptr;
     ASSERT_EQ(effect_->ask(effEditGetRect, 0, 0, &size), 1);
     EXPECT_EQ(size->right, 1000);
@@ -77,7 +77,7 @@ TEST_F(EditorWindow, OpensWorksClosesAndOpensAgain) {
     }
 }
 
-TEST_F(EditorWindow, AGestureReachesTheHost) {
+TEST_F(BinaryEditorWindow, AGestureReachesTheHost) {
     const xcb_window_t parent = user_->hostWindow(0, 0, 1000, 545);
     effect_->ask(effEditOpen, 0, 0, asParent(parent));
     ASSERT_TRUE(idleUntil(*effect_, [&] { return showsInstrument(0, 0); }));
@@ -93,7 +93,7 @@ TEST_F(EditorWindow, AGestureReachesTheHost) {
     effect_->ask(effEditClose);
 }
 
-TEST_F(EditorWindow, TwoInstancesShowSideBySideAndAHostMayNeverIdleOrForgetToClose) {
+TEST_F(BinaryEditorWindow, TwoInstancesShowSideBySideAndAHostMayNeverIdleOrForgetToClose) {
     const xcb_window_t first = user_->hostWindow(0, 0, 1000, 545);
     const xcb_window_t second = user_->hostWindow(1010, 0, 1000, 545);
     {
@@ -112,7 +112,7 @@ TEST_F(EditorWindow, TwoInstancesShowSideBySideAndAHostMayNeverIdleOrForgetToClo
     effect_->ask(effEditOpen, 0, 0, asParent(first)); // and never idled
 }
 
-TEST_F(EditorWindow, WithoutADisplayNothingOpensAndNothingBreaks) {
+TEST_F(BinaryEditorWindow, WithoutADisplayNothingOpensAndNothingBreaks) {
     server_.kill();
     const int answer = static_cast<int>(effect_->ask(effEditOpen, 0, 0, asParent(0x1234567)));
     effect_->ask(effEditIdle);
