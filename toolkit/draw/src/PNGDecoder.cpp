@@ -69,6 +69,9 @@ bool decodePng(ISorelPNGStream& stream, IOSBitmap& surface) {
         png_set_user_limits(png, IOSBitmap::kMaxSide, IOSBitmap::kMaxSide);
         png_set_chunk_cache_max(png, kMaxCachedChunks);
         png_set_chunk_malloc_max(png, kMaxChunkBytes);
+        // The limit above only warns: what nobody reads is passed over without taking memory.
+        static const png_byte kUnread[] = "iCCP\0iTXt\0sPLT\0tEXt\0zTXt\0eXIf\0pCAL\0sCAL";
+        png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, kUnread, 8);
         png_set_read_fn(png, &stream, readBytes);
         decode(png, info, surface);
     }
