@@ -274,7 +274,7 @@ TEST_F(EditorTest, TheWindowWorksBesideTheAudioThreadAndTheWorker) {
     EXPECT_GT(pictures, 10);
 }
 
-TEST(EditorPicture, IsPaintedWithoutADesktopAndReproducible) {
+TEST(EditorPicture, NeedsNoDesktopAndSaysWhatWentWrong) {
     Host host;
     COrvelScope analyser(&host, [](COrvelScope& scope) {
         return std::make_unique<COrvelScopeEditor>(scope, EditorSurroundings{});
