@@ -2,15 +2,15 @@
 #pragma once
 
 #include "AudioEffectX.h"
-#include "HostBlock.h"
 #include "HostTransport.h"
 #include "MidiQueue.h"
-#include "ParameterMap.h"
 #include "core/RealtimeGate.h"
 #include "frame/ChannelBuffer.h"
 #include "frame/PluginBase.h"
 #include "frame/PluginDescription.h"
 #include "frame/VardoCallback.h"
+#include "hosting/HostBlock.h"
+#include "hosting/ParameterMap.h"
 
 #include <memory>
 #include <thread>

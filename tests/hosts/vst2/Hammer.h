@@ -84,8 +84,10 @@ inline void hammer(const Effect& effect, int rounds, float gain) {
         effect.ask(effSetBypass, 0, round % 3 == 0 ? 1 : 0);
         effect.ask(effEditIdle);
     }
-    // On a busy machine the audio thread may not have had a turn yet.
-    while (blocks < 10)
+    // A block that comes while this thread is inside passes unseen, on a busy machine maybe all of
+    // them; the plug-in sees those that come now.
+    const long before = blocks;
+    while (blocks < before + 10)
         std::this_thread::yield();
     stop = true;
     audio.join();

@@ -1,5 +1,5 @@
 // Building the map, gestures and host calls.
-#include "ParameterMap.h"
+#include "hosting/ParameterMap.h"
 
 #include "frame/PluginBase.h"
 #include "frame/PluginParameter.h"

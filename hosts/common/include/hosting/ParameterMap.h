@@ -1,4 +1,4 @@
-// The parameters that a VST2 host sees, by the index it knows them by.
+// The parameters that a host sees, by the index it knows them by.
 #pragma once
 
 #include "core/Relaxed.h"

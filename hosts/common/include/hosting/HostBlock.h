@@ -1,4 +1,4 @@
-// One block of audio as a VST2 host hands it over, and the copies between it and our buffers.
+// One block of audio as a host hands it over, and the copies between it and our buffers.
 #pragma once
 
 #include "core/RealTime.h"

@@ -1,5 +1,5 @@
 // The copies between host and adapter.
-#include "HostBlock.h"
+#include "hosting/HostBlock.h"
 
 #include <algorithm>
 
