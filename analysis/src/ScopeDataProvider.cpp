@@ -144,13 +144,17 @@ void CMultiLayerScopeDataProvider::ClearLayer(int layer) {
     if (layer >= 0 && layer < numLayers_) zeroLayer(layer);
 }
 
+int CMultiLayerScopeDataProvider::GetFirstPlace() {
+    // Any whole number of columns to either side is a place on the ring.
+    const int place = firstColumn(readStart_) % numColumns_;
+    return place < 0 ? place + numColumns_ : place;
+}
+
 int CMultiLayerScopeDataProvider::GetLayerData(int layer, ScopeColumn* destination, int count) {
     if (layer < 0 || layer >= numLayers_) return 1;
     const Cell* const columns = layers_[static_cast<std::size_t>(layer)].columns.get();
     const int width = numColumns_;
-    // Any whole number of columns to either side is a place on the ring.
-    int column = firstColumn(readStart_) % width;
-    if (column < 0) column += width;
+    int column = GetFirstPlace();
     for (int i = 0; i < std::min(count, width); ++i) {
         destination[i] =
             unpack(columns[static_cast<std::size_t>(column)].load(std::memory_order_relaxed));

@@ -78,6 +78,7 @@ class OneMark final : public IScopeDataProvider {
     void Unlock() override {}
     void ClearLayer(int) override {}
     void SetNumColumns(int) override {}
+    int GetFirstPlace() override { return 0; }
     int GetLayerData(int, ScopeColumn* destination, int count) override {
         std::fill_n(destination, count, ScopeColumn{});
         destination[20] = {0.0F, 1.0F};

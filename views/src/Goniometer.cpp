@@ -102,7 +102,7 @@ void CGoniometer::drawOverlay(CDrawContext& context) const {
 }
 
 void CGoniometer::draw(CDrawContext& context) {
-    drawGuides(context);
+    guides_.draw(context, getViewSize(), [this](CDrawContext& still) { drawGuides(still); });
     dots_.setPoints(points_, static_cast<float>(plotRect().width() * 0.5));
     // The cubic swings beyond the points; the picture ends where full scale does.
     const CRect oldClip = context.getClipRect();
@@ -112,7 +112,7 @@ void CGoniometer::draw(CDrawContext& context) {
     context.setClipRect(oldClip.intersected(picture));
     dots_.draw(context, centre(), colors().warn2.withAlpha(goniometerDotAlpha(sampleRate_)));
     context.setClipRect(oldClip);
-    drawOverlay(context);
+    overlay_.draw(context, getViewSize(), [this](CDrawContext& still) { drawOverlay(still); });
     IDisplayControl::draw(context);
 }
 

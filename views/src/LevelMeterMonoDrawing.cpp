@@ -96,21 +96,29 @@ void CVUMeter_Mono::drawHistogram(CDrawContext& context) const {
     drawRow(context, picture_.rmsRow, 1, picture_.rmsColor.withAlpha(255));
 }
 
-void CVUMeter_Mono::drawTexts(CDrawContext& context) const {
-    const double top = getViewSize().top;
+void CVUMeter_Mono::drawName(CDrawContext& context) const {
     context.setFont(kDefaultFont, kNameSize, kBoldFont);
     context.setFontColor(colors().text1.withAlpha(kNameAlpha));
-    context.drawStringAt(name_, {across(kNameMiddle), top + kNameBaseline},
+    context.drawStringAt(name_, {across(kNameMiddle), getViewSize().top + kNameBaseline},
                          HorizontalAlign::kCentre);
+}
+
+void CVUMeter_Mono::drawDr(CDrawContext& context) const {
     if (!showDr_) return;
     context.setFont(kDefaultFont, kDrSize, kRegularFont);
     context.setFontColor(colors().text1);
     context.drawStringAt("DR " + numberText(picture_.drTenths / 10.0, 1) + "dB",
-                         {across(kDrMiddle), top + kDrBaseline}, HorizontalAlign::kCentre);
+                         {across(kDrMiddle), getViewSize().top + kDrBaseline},
+                         HorizontalAlign::kCentre);
 }
 
 void CVUMeter_Mono::drawChannel(CDrawContext& context) {
-    drawTicks(context);
+    if (stillScale_ != scale_) still_.invalidate();
+    stillScale_ = scale_;
+    still_.draw(context, getViewSize(), [this](CDrawContext& still) {
+        drawTicks(still);
+        drawName(still);
+    });
     if (isHistogram())
         drawHistogram(context);
     else
@@ -118,7 +126,7 @@ void CVUMeter_Mono::drawChannel(CDrawContext& context) {
     drawRow(context, picture_.holdRow, 2, picture_.holdColor.withAlpha(255));
     context.setFillColor(colors().grid);
     context.drawRect(columns(kBedFrom, kBedTo, kFoot - 1, kFoot), kFilled);
-    drawTexts(context);
+    drawDr(context);
 }
 
 void CVUMeter_Mono::draw(CDrawContext& context) {

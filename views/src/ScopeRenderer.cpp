@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Sorel {
 
@@ -25,6 +26,8 @@ void CNewScopeRenderer::attach(IScopeDataProvider* provider, int numColumns) {
     for (ScopeRenderLayer& layer : layers_)
         layer.columns.assign(columns, {});
     incoming_.assign(columns, {});
+    ordered_.reserve(columns);
+    firstPlace_ = 0;
     upper_.reserve(columns);
     lower_.reserve(columns);
     trace_.reserve(columns);
@@ -34,26 +37,52 @@ bool CNewScopeRenderer::drawsTrace() const { return traceStrength(samplesPerColu
 
 ColumnRange CNewScopeRenderer::fetch(double height) {
     ColumnRange changed;
-    if (provider_ == nullptr || !provider_->TryLock()) return changed;
+    if (provider_ == nullptr || numColumns_ == 0 || !provider_->TryLock()) return changed;
+    const int first = std::clamp(provider_->GetFirstPlace(), 0, numColumns_ - 1);
+    const int before = std::exchange(firstPlace_, first);
     for (int i = 0; i < numLayers(); ++i) {
         ScopeRenderLayer& target = layer(i);
         if (!target.visible) continue;
         provider_->GetLayerData(i, incoming_.data(), numColumns_);
-        for (int c = 0; c < numColumns_; ++c) {
-            const auto at = static_cast<std::size_t>(c);
-            if (markOf(incoming_[at], i, height) == markOf(target.columns[at], i, height)) continue;
-            target.columns[at] = incoming_[at];
+        // Scrolled: everything moves, unless all columns look alike, as those of silence do.
+        if (first != before && changed.end - changed.first < numColumns_ &&
+            looksMoved(i, before, height))
+            changed = {0, numColumns_};
+        int place = first;
+        for (int c = 0; c < numColumns_; ++c, place = place + 1 < numColumns_ ? place + 1 : 0) {
+            const ScopeColumn incoming = incoming_[static_cast<std::size_t>(c)];
+            ScopeColumn& drawn = target.columns[static_cast<std::size_t>(place)];
+            if (incoming.min == drawn.min && incoming.max == drawn.max) continue;
+            if (markOf(incoming, i, height) == markOf(drawn, i, height)) continue;
+            drawn = incoming;
             changed.add(c);
+            placeChanged(i, place);
         }
     }
     provider_->Unlock();
     return changed;
 }
 
+/// Whether the incoming columns look different from those that the display showed from the place
+/// `first` on.
+bool CNewScopeRenderer::looksMoved(int index, int first, double height) {
+    const std::vector<ScopeColumn>& shown = layer(index).columns;
+    int place = first;
+    for (const ScopeColumn incoming : incoming_) {
+        const ScopeColumn old = shown[static_cast<std::size_t>(place)];
+        const bool same = incoming.min == old.min && incoming.max == old.max;
+        if (!same && !(markOf(incoming, index, height) == markOf(old, index, height))) return true;
+        if (++place == numColumns_) place = 0;
+    }
+    return false;
+}
+
 void CNewScopeRenderer::clearLayer(int index) {
     if (provider_ == nullptr || index < 0 || index >= numLayers()) return;
     provider_->ClearLayer(index);
     std::fill(layer(index).columns.begin(), layer(index).columns.end(), ScopeColumn{});
+    for (int place = 0; place < numColumns_; ++place)
+        placeChanged(index, place);
 }
 
 namespace {
@@ -89,8 +118,6 @@ void CNewScopeRenderer::DrawLayerCurve(CDrawContext& context, const CRect& rect,
     const double strength = traceStrength(samplesPerColumn_);
     // Two columns more on each side, so that the outline's ends stay outside the clip.
     const ColumnRange range = clipped(context, rect, 2, 2);
-    const auto first = static_cast<std::size_t>(range.first);
-    const auto count = static_cast<std::size_t>(std::max(0, range.end - range.first));
     const double half = rect.height() * 0.5;
     const double centre = rect.top + half;
     // Rows that lie in the rectangle as a whole: the one between two lanes parts them.
@@ -104,11 +131,11 @@ void CNewScopeRenderer::DrawLayerCurve(CDrawContext& context, const CRect& rect,
         const double y = strength > 0.0 ? yOf(value) : std::trunc(yOf(value)) + 0.5;
         return static_cast<float>(std::clamp(y, highest, lowest));
     };
-    const std::span<const ScopeColumn> columns(drawn.columns);
     upper_.clear();
     lower_.clear();
     if (strength < 1.0) {
-        for (const ScopeColumn column : columns.subspan(first, count)) {
+        for (int c = range.first; c < range.end; ++c) {
+            const ScopeColumn column = columnOf(drawn, c);
             upper_.push_back(edge(column.max));
             lower_.push_back(edge(column.min));
         }
@@ -119,10 +146,14 @@ void CNewScopeRenderer::DrawLayerCurve(CDrawContext& context, const CRect& rect,
                                drawn.lineColour, double{drawn.lineWidth});
     }
     if (strength <= 0.0) return;
-    traceSamples(columns, samplesPerColumn_, trace_);
+    ordered_.clear();
+    for (int c = 0; c < numColumns_; ++c)
+        ordered_.push_back(columnOf(drawn, c));
+    traceSamples(ordered_, samplesPerColumn_, trace_);
     upper_.clear();
-    for (const float value : std::span<const float>(trace_).subspan(first, count))
-        upper_.push_back(static_cast<float>(std::clamp(yOf(value), highest, lowest)));
+    for (int c = range.first; c < range.end; ++c)
+        upper_.push_back(static_cast<float>(
+            std::clamp(yOf(trace_[static_cast<std::size_t>(c)]), highest, lowest)));
     // In the middle of its column of pixels.
     context.drawColumnLine(rect.left + range.first + 0.5, 1.0, upper_,
                            drawn.lineColour.withAlpha(kTraceAlpha).faded(strength), kTraceWidth);

@@ -32,9 +32,14 @@ void SpectrumAxes::setRoom(const CRect& room, double cornerRadius) {
     foot_.clear();
     addFootedBox(foot_, {room.left, room.bottom - kFootHeight, room.right, room.bottom},
                  cornerRadius, cornerRadius);
+    for (StillPicture* still : {&leftShade_, &frequencies_, &levels_})
+        still->invalidate();
 }
 
-void SpectrumAxes::setScale(const Orvel::FrequencyScale& scale) { grid_.place(scale); }
+void SpectrumAxes::setScale(const Orvel::FrequencyScale& scale) {
+    grid_.place(scale);
+    frequencies_.invalidate();
+}
 
 double SpectrumAxes::levelLine(float db) const {
     const float y = Orvel::levelPosition(db, 0.0F, static_cast<float>(room_.height()));
@@ -69,8 +74,12 @@ void SpectrumAxes::drawLines(CDrawContext& context) const {
     }
 }
 
-void SpectrumAxes::drawLeftShade(CDrawContext& context) const {
-    const CRect shade{room_.left, room_.top, room_.left + kShadeWidth, room_.bottom};
+void SpectrumAxes::drawLeftShade(CDrawContext& context) {
+    const CRect place{room_.left, room_.top, room_.left + kShadeWidth, room_.bottom};
+    leftShade_.draw(context, place, [&](CDrawContext& still) { paintLeftShade(still, place); });
+}
+
+void SpectrumAxes::paintLeftShade(CDrawContext& context, const CRect& shade) const {
     const CLinearGradient gradient = CLinearGradient::horizontal(shade.left, shade.right)
                                          .stop(0.0, kWellShade.withAlpha(215))
                                          .stop(0.6, kWellShade.withAlpha(130))
@@ -81,16 +90,20 @@ void SpectrumAxes::drawLeftShade(CDrawContext& context) const {
         context.fillRect(shade, gradient);
 }
 
-void SpectrumAxes::drawNumbers(CDrawContext& context) const {
-    context.setFillColor(kWellShade.withAlpha(175));
-    context.drawPath(foot_, kFilled);
-    context.setFontColor(displayColors().dim.withAlpha(255));
-    drawFrequencies(context);
-    drawLevels(context);
+void SpectrumAxes::drawNumbers(CDrawContext& context) {
+    const CRect foot{room_.left, room_.bottom - kFootHeight, room_.right, room_.bottom};
+    frequencies_.draw(context, foot, [this](CDrawContext& still) {
+        still.setFillColor(kWellShade.withAlpha(175));
+        still.drawPath(foot_, kFilled);
+        drawFrequencies(still);
+    });
+    const CRect left{room_.left, room_.top, room_.left + kShadeWidth, room_.bottom};
+    levels_.draw(context, left, [this](CDrawContext& still) { drawLevels(still); });
 }
 
 void SpectrumAxes::drawLevels(CDrawContext& context) const {
     context.setFont(kDefaultFont, 8.0, kBoldFont);
+    context.setFontColor(displayColors().dim.withAlpha(255));
     for (int db = kHighestTickDb; db > kLowestTickDb; db -= kTickDb) {
         const double y = std::floor(levelLine(static_cast<float>(db)));
         const bool fits = y - 4.0 >= room_.top && y + 4.0 <= room_.bottom - kFootHeight;
@@ -102,6 +115,7 @@ void SpectrumAxes::drawLevels(CDrawContext& context) const {
 
 void SpectrumAxes::drawFrequencies(CDrawContext& context) const {
     context.setFont(kDefaultFont, 9.0, kBoldFont);
+    context.setFontColor(displayColors().dim.withAlpha(255));
     double taken = room_.left;
     for (const FrequencyLine& line : grid_.lines()) {
         const double x = frequencyLine(line.x);

@@ -2,6 +2,7 @@
 #include "analysis/OrvelScope.h"
 #include "views/NoteName.h"
 #include "views/Spectrum.h"
+#include "views/SpectrumColors.h"
 
 #include <cmath>
 
@@ -11,6 +12,7 @@ namespace {
 
 constexpr double kTextInset = 8.0; // "Highest" ends before the right edge
 constexpr double kTextBaseline = 14.0;
+constexpr int kPlateAlpha = 150;
 constexpr CPoint kLabelPlace{34.0, 14.0};
 constexpr double kProjectorFoot = 12.0;
 constexpr CPoint kProjectorText{4.0, 28.0};
@@ -39,14 +41,24 @@ void CSpectrum::drawFlat(CDrawContext& context) {
     else
         bars_.drawBars(context, axes_);
     axes_.drawLeftShade(context);
-    // The live edge last: a steady tone's peaks lie exactly under it.
+    drawEdges(context);
+    axes_.drawNumbers(context);
+    drawProjector(context);
+    drawHighest(context);
+}
+
+/// The lines end above the numbers of the frequencies.
+void CSpectrum::drawEdges(CDrawContext& context) {
     const CRect& room = getViewSize();
+    const CRect clip = context.getClipRect();
+    CRect above = room;
+    above.bottom -= SpectrumAxes::kFootHeight;
+    context.setClipRect(clip.intersected(above));
+    // The live edge last: a steady tone's peaks lie exactly under it.
     if (drawPeak_ && lineMode_) curve_.drawPeaks(context, room);
     if (drawPeak_ && !lineMode_) bars_.drawPeaks(context, room);
     if (lineMode_) curve_.drawLevels(context, room);
-    axes_.drawNumbers(context);
-    drawHighest(context);
-    drawProjector(context);
+    context.setClipRect(clip);
 }
 
 void CSpectrum::drawWaterfall(CDrawContext& context) {
@@ -81,8 +93,13 @@ void CSpectrum::drawNewestRow(CDrawContext& context, const WaterfallProjection& 
 void CSpectrum::drawHighest(CDrawContext& context) const {
     const CRect& room = getViewSize();
     context.setFont(kDefaultFont, 10.0, kRegularFont);
+    const double right = room.right - kTextInset;
+    const double left = std::floor(right - context.getStringWidth(highestText_.c_str()));
+    // Curves and the projector's line may pass here.
+    context.setFillColor(kWellShade.withAlpha(kPlateAlpha));
+    context.drawRect({left - 3.0, room.top + 4.0, right + 3.0, room.top + 18.0}, kFilled);
     context.setFontColor(colors().text2);
-    context.drawStringAt(highestText_.c_str(), {room.right - kTextInset, room.top + kTextBaseline},
+    context.drawStringAt(highestText_.c_str(), {right, room.top + kTextBaseline},
                          HorizontalAlign::kRight);
 }
 

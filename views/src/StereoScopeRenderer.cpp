@@ -14,6 +14,8 @@ constexpr int kMarkAlpha = 0x73;
 constexpr double kSibilanceStrength = 0.4; // the wave stays readable through the shade
 constexpr int kShadeRows = 16;
 constexpr double kOverLength = 5.0;
+constexpr int kLanes[] = {CStereoScopeRenderer::kBoth, CStereoScopeRenderer::kUpperLane,
+                          CStereoScopeRenderer::kLowerLane};
 
 int envelopeStep(ScopeColumn column) {
     return static_cast<int>(std::clamp(column.max * 255.0F, 0.0F, 255.0F));
@@ -57,18 +59,60 @@ CStereoScopeRenderer::markOf(ScopeColumn column, int layer, double height) const
 
 void CStereoScopeRenderer::Draw(CDrawContext& context, const CRect& rect) {
     if (numLayers() <= kOvers) return;
-    if (layer(kBoth).visible) drawLane(context, rect, kBoth);
-    if (layer(kUpperLane).visible) drawLane(context, upperLane(rect), kUpperLane);
-    if (layer(kLowerLane).visible) drawLane(context, lowerLane(rect), kLowerLane);
+    drawLanes(context, rect);
     if (hasTwoLanes()) hairline(context, rect, rect.centre().y, kLaneSeparator);
     if (layer(kTransients).visible) DrawTransientMarks(context, rect, kTransients);
     if (layer(kSibilance).visible) DrawSibilance(context, rect, kSibilance);
     if (layer(kOvers).visible) DrawOvers(context, rect, kOvers);
 }
 
-void CStereoScopeRenderer::drawLane(CDrawContext& context, const CRect& lane, int index) {
-    DrawLayerCurve(context, lane, index);
-    hairline(context, lane, lane.centre().y, layer(index).lineColour.withAlpha(kCentreLineAlpha));
+CRect CStereoScopeRenderer::laneRect(const CRect& rect, int lane) const {
+    return lane == kUpperLane ? upperLane(rect) : lane == kLowerLane ? lowerLane(rect) : rect;
+}
+
+void CStereoScopeRenderer::drawLanes(CDrawContext& context, const CRect& rect) {
+    const auto drawCurves = [this](CDrawContext& target, const CRect& where) {
+        for (const int lane : kLanes)
+            if (layer(lane).visible) DrawLayerCurve(target, laneRect(where, lane), lane);
+    };
+    followLook();
+    if (drawsTrace()) { // runs from sample to sample, over columns that did not change
+        strip_.invalidate();
+        drawCurves(context, rect);
+    } else {
+        strip_.setFirst(firstPlace());
+        strip_.draw(context, rect, [&](CDrawContext& target, double left) {
+            drawCurves(target, {left, 0.0, left + rect.width(), rect.height()});
+        });
+    }
+    for (const int lane : kLanes)
+        if (layer(lane).visible)
+            hairline(context, rect, laneRect(rect, lane).centre().y,
+                     layer(lane).lineColour.withAlpha(kCentreLineAlpha));
+}
+
+void CStereoScopeRenderer::placeChanged(int layer, int place) {
+    if (layer <= kLowerLane) strip_.invalidate(place);
+}
+
+void CStereoScopeRenderer::followLook() {
+    if (stripWidth_ != numColumns()) {
+        stripWidth_ = numColumns();
+        strip_.setWidth(stripWidth_);
+    }
+    Look look;
+    for (const int lane : kLanes)
+        look.visible[lane] = layer(lane).visible;
+    // The lanes are of one kind.
+    const ScopeRenderLayer& any = layer(kBoth);
+    look.colours[0] = any.lineColour;
+    look.colours[1] = any.topFade;
+    look.colours[2] = any.midFade;
+    look.colours[3] = any.bottomFade;
+    look.lineWidth = any.lineWidth;
+    if (look == look_) return;
+    look_ = look;
+    strip_.invalidate();
 }
 
 void CStereoScopeRenderer::DrawTransientMarks(CDrawContext& context, const CRect& rect, int index) {
@@ -76,9 +120,7 @@ void CStereoScopeRenderer::DrawTransientMarks(CDrawContext& context, const CRect
     const ColumnRange range = clipped(context, rect, kMarkReach, 0);
     const double upperEnd = std::ceil(hasTwoLanes() ? upperLane(rect).centre().y : rect.centre().y);
     const double lowerTop = std::floor(lowerLane(rect).centre().y);
-    const auto isMarked = [&](int c) {
-        return c >= 0 && marks.columns[static_cast<std::size_t>(c)].max > 0.0F;
-    };
+    const auto isMarked = [&](int c) { return c >= 0 && columnOf(marks, c).max > 0.0F; };
     for (int c = range.first; c < range.end; ++c) {
         // A sample may be several columns wide; its mark begins with the first of them.
         if (!isMarked(c) || isMarked(c - 1)) continue;
@@ -100,7 +142,7 @@ void CStereoScopeRenderer::DrawSibilance(CDrawContext& context, const CRect& rec
     const double top = std::ceil(hasTwoLanes() ? upperLane(rect).centre().y : rect.centre().y);
     const double bottom = hasTwoLanes() ? std::floor(lowerLane(rect).centre().y) : rect.bottom;
     const auto alphaOf = [&](int c) {
-        const int step = envelopeStep(envelope.columns[static_cast<std::size_t>(c)]);
+        const int step = envelopeStep(columnOf(envelope, c));
         return static_cast<int>(std::lround(kSibilanceStrength * step));
     };
     for (int c = range.first; c < range.end; ++c) {
@@ -131,7 +173,7 @@ void CStereoScopeRenderer::shadeColumn(int column, CColor colour) {
 void CStereoScopeRenderer::DrawOvers(CDrawContext& context, const CRect& rect, int index) {
     const ScopeRenderLayer& overs = layer(index);
     const ColumnRange range = clipped(context, rect, 0, 0);
-    const auto isOver = [&](int c) { return overs.columns[static_cast<std::size_t>(c)].max > 0; };
+    const auto isOver = [&](int c) { return columnOf(overs, c).max > 0.0F; };
     for (int c = range.first; c < range.end; ++c) {
         if (!isOver(c)) continue;
         const int first = c;

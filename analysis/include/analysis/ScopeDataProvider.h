@@ -32,6 +32,9 @@ class IScopeDataProvider {
     virtual void ClearLayer(int layer) = 0;
     /// Changes the width, at least 1, and starts over. Waits for a slice in progress.
     virtual void SetNumColumns(int numColumns) = 0;
+    /// Where on the ring the leftmost column of this reading lies, 0 to the width - 1. A place keeps
+    /// its column until the ring comes round: a reader can tell scrolling from change.
+    virtual int GetFirstPlace() = 0;
     /// Copies up to `count` columns from left to right. Gives 1.
     virtual int GetLayerData(int layer, ScopeColumn* destination, int count) = 0;
 
@@ -64,6 +67,7 @@ class CMultiLayerScopeDataProvider : public IScopeDataProvider {
     void Unlock() override {}
     void ClearLayer(int layer) override;
     void SetNumColumns(int numColumns) override;
+    int GetFirstPlace() override;
     int GetLayerData(int layer, ScopeColumn* destination, int count) override;
 
     /// Starts over at the first column; what is drawn stays.

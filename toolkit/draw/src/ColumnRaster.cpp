@@ -12,6 +12,7 @@ void ColumnRaster::begin(const PixelBox& area) {
     const std::size_t needed =
         strips * static_cast<std::size_t>(area.height() + kSpareRows) * kStripWidth;
     if (sums_.size() < needed) sums_.resize(needed);
+    if (marks_.size() < needed / kStripWidth) marks_.resize(needed / kStripWidth);
     strips_.assign(strips, Strip{area.height(), 0});
 }
 
@@ -43,32 +44,35 @@ void ColumnRaster::edge(CPoint from, CPoint to) {
     }
 }
 
-float* ColumnRaster::column(int x, int top, int bottom) {
+ColumnRaster::Target ColumnRaster::column(int x, int top, int bottom) {
     const auto strip = static_cast<std::size_t>(x / kStripWidth);
     Strip& rows = strips_[strip];
     rows.top = std::min(rows.top, top);
     rows.bottom = std::max(rows.bottom, bottom);
-    return &sums_[strip * static_cast<std::size_t>(area_.height() + kSpareRows) * kStripWidth +
-                  static_cast<std::size_t>(x % kStripWidth)];
+    const std::size_t first = strip * static_cast<std::size_t>(area_.height() + kSpareRows);
+    return {&sums_[first * kStripWidth + static_cast<std::size_t>(x % kStripWidth)],
+            &marks_[first]};
 }
 
 /// An edge inside one row: covers part of that row's pixel and all of those below.
-void ColumnRaster::withinRow(float* sums, int row, double y0, double y1, double width) {
+void ColumnRaster::withinRow(Target target, int row, double y0, double y1, double width) {
     const double above = (y0 + y1) * 0.5 - row; // mean height of the uncovered part
-    sums += row * kStripWidth;
+    float* const sums = target.sums + row * kStripWidth;
     sums[0] += static_cast<float>(width * (1.0 - above));
     sums[kStripWidth] += static_cast<float>(width * (2.0 * above - 1.0));
     sums[2 * kStripWidth] -= static_cast<float>(width * above);
+    std::memset(target.marks + row, 1, 3);
 }
 
 /// factor * r(t - y)^2, see the header.
-void ColumnRaster::rampEnd(float* sums, double y, double factor) {
+void ColumnRaster::rampEnd(Target target, double y, double factor) {
     const int row = static_cast<int>(y);
     const double f = y - row;
-    sums += row * kStripWidth;
+    float* const sums = target.sums + row * kStripWidth;
     sums[0] += static_cast<float>(factor * (1.0 - f) * (1.0 - f));
     sums[kStripWidth] += static_cast<float>(factor * (1.0 + 2.0 * f * (1.0 - f)));
     sums[2 * kStripWidth] += static_cast<float>(factor * f * f);
+    std::memset(target.marks + row, 1, 3);
 }
 
 void ColumnRaster::piece(int x, double y0, double y1, double width) {
@@ -89,42 +93,66 @@ void ColumnRaster::piece(int x, double y0, double y1, double width) {
         y0 = 0.0;
     }
     const double end = std::min(y1, height);
-    float* const sums = column(x, static_cast<int>(y0), static_cast<int>(end) + 3);
+    const Target target = column(x, static_cast<int>(y0), static_cast<int>(end) + 3);
     if (y1 - y0 >= 1.0) {
         const double factor = width / (2.0 * (y1 - y0));
-        rampEnd(sums, y0, factor);
-        if (y1 < height) rampEnd(sums, y1, -factor);
+        rampEnd(target, y0, factor);
+        if (y1 < height) rampEnd(target, y1, -factor);
         return;
     }
     // Nearly level: dividing by its height would lose precision.
     const int row = static_cast<int>(y0);
     if (y1 <= row + 1.0) {
-        withinRow(sums, row, y0, y1, width);
+        withinRow(target, row, y0, y1, width);
         return;
     }
     const double upper = width * (row + 1.0 - y0) / (y1 - y0);
-    withinRow(sums, row, y0, row + 1.0, upper);
-    if (row + 1 < area_.height()) withinRow(sums, row + 1, row + 1.0, y1, width - upper);
+    withinRow(target, row, y0, row + 1.0, upper);
+    if (row + 1 < area_.height()) withinRow(target, row + 1, row + 1.0, y1, width - upper);
 }
 
-bool ColumnRaster::coverRow(
-    float* sums, float* slope, float* value, float alpha, std::uint8_t* coverage) {
+void ColumnRaster::takeRow(float* sums, Running& running) {
+    // Of a column's area: what rounding leaves of a slope that has ended, and far below what shows.
+    const __m128 little = _mm_set1_ps(1e-6f);
+    const __m128 whole = _mm_set1_ps(1.0f - 1e-4f);
+    const __m128 trace = _mm_set1_ps(1e-4f);
+    const __m128 noSign = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
+    __m128 moving = _mm_setzero_ps();
+    __m128 covered = _mm_setzero_ps();
+    __m128 open = _mm_setzero_ps();
+    for (std::size_t i = 0; i < kStripWidth; i += 4) {
+        __m128 s = _mm_load_ps(&running.slope[i]);
+        if (sums != nullptr) {
+            s = _mm_add_ps(s, _mm_loadu_ps(sums + i));
+            _mm_storeu_ps(sums + i, _mm_setzero_ps());
+        }
+        const __m128 v = _mm_add_ps(_mm_load_ps(&running.value[i]), s);
+        const __m128 moves = _mm_cmpgt_ps(_mm_and_ps(s, noSign), little);
+        s = _mm_and_ps(s, moves);
+        _mm_store_ps(&running.slope[i], s);
+        _mm_store_ps(&running.value[i], v);
+        const __m128 size = _mm_and_ps(v, noSign);
+        moving = _mm_or_ps(moving, moves);
+        covered = _mm_or_ps(covered, _mm_cmpgt_ps(size, trace));
+        open = _mm_or_ps(open, _mm_cmplt_ps(size, whole));
+    }
+    running.steady = _mm_movemask_ps(moving) == 0;
+    running.nothing = _mm_movemask_ps(covered) == 0;
+    running.all = _mm_movemask_ps(open) == 0;
+}
+
+void ColumnRaster::coverRow(const Running& running, float alpha, std::uint8_t* coverage) {
     const __m128 noSign = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
     const __m128 scale = _mm_set1_ps(alpha);
     __m128i levels[4];
-    for (int i = 0; i < 4; ++i) {
-        const __m128 s = _mm_add_ps(_mm_load_ps(slope + 4 * i), _mm_loadu_ps(sums + 4 * i));
-        const __m128 v = _mm_add_ps(_mm_load_ps(value + 4 * i), s);
-        _mm_store_ps(slope + 4 * i, s);
-        _mm_store_ps(value + 4 * i, v);
-        _mm_storeu_ps(sums + 4 * i, _mm_setzero_ps());
+    for (std::size_t i = 0; i < 4; ++i) {
+        const __m128 v = _mm_load_ps(&running.value[4 * i]);
         const __m128 cut = _mm_min_ps(_mm_and_ps(v, noSign), _mm_set1_ps(1.0f));
         levels[i] = _mm_cvtps_epi32(_mm_mul_ps(cut, scale));
     }
     const __m128i bytes = _mm_packus_epi16(_mm_packs_epi32(levels[0], levels[1]),
                                            _mm_packs_epi32(levels[2], levels[3]));
     _mm_store_si128(reinterpret_cast<__m128i*>(coverage), bytes);
-    return _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_setzero_si128())) != 0xffff;
 }
 
 } // namespace Sorel

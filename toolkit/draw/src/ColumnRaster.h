@@ -4,6 +4,7 @@
 #include "Surface.h"
 
 #include <array>
+#include <cstring>
 #include <vector>
 
 namespace Sorel {
@@ -28,11 +29,12 @@ class ColumnRaster {
     void begin(const PixelBox& area);
     /// Finite coordinates, in pixels of the surface.
     void edge(CPoint from, CPoint to);
-    /// Calls `span(x, y, count, alpha)` for runs that are covered somewhere, and is empty
+    /// Calls `span(x, y, count, alpha)` for runs that are covered somewhere and
+    /// `block(x, y, count, endY)` for rows in which the whole run is covered, and is empty
     /// afterwards. `alphaOf(y)`: what full coverage stands for in that row, 0..255. Scaling here,
     /// before rounding, saves the blend a step and a rounding.
-    template <class AlphaOf, class Span>
-    void sweep(AlphaOf alphaOf, Span span);
+    template <class AlphaOf, class Span, class Block>
+    void sweep(AlphaOf alphaOf, Span span, Block block);
 
   private:
     static constexpr int kStripWidth = kLongestSpan;
@@ -43,35 +45,67 @@ class ColumnRaster {
         int bottom = 0; ///< rows top..bottom - 1 hold something
     };
 
-    void piece(int column, double y0, double y1, double width);
-    void withinRow(float* sums, int row, double y0, double y1, double width);
-    void rampEnd(float* sums, double y, double factor);
-    float* column(int x, int top, int bottom);
-    /// False when nothing is covered.
-    static bool
-    coverRow(float* sums, float* slope, float* value, float alpha, std::uint8_t* coverage);
-
-    PixelBox area_;
-    std::vector<float> sums_; ///< strip by strip, row by row
-    std::vector<Strip> strips_;
-};
-
-template <class AlphaOf, class Span>
-void ColumnRaster::sweep(AlphaOf alphaOf, Span span) {
-    const std::size_t rows = static_cast<std::size_t>(area_.height() + kSpareRows);
-    for (std::size_t s = 0; s < strips_.size(); ++s) {
-        Strip& strip = strips_[s];
+    /// One column of a strip: its sums, a strip's width from row to row, and the strip's marks.
+    struct Target {
+        float* sums;
+        std::uint8_t* marks;
+    };
+    /// The running sums down a strip, and what the last row made of them.
+    struct Running {
         alignas(16) std::array<float, kStripWidth> slope{};
         alignas(16) std::array<float, kStripWidth> value{};
         alignas(16) std::array<std::uint8_t, kStripWidth> coverage;
+        bool steady = true;  ///< rows without sums are as this one
+        bool nothing = true; ///< is covered
+        bool all = false;    ///< is covered
+    };
+
+    void piece(int column, double y0, double y1, double width);
+    static void withinRow(Target target, int row, double y0, double y1, double width);
+    static void rampEnd(Target target, double y, double factor);
+    Target column(int x, int top, int bottom);
+    static void takeRow(float* sums, Running& running);
+    static void coverRow(const Running& running, float alpha, std::uint8_t* coverage);
+
+    PixelBox area_;
+    std::vector<float> sums_;         ///< strip by strip, row by row
+    std::vector<std::uint8_t> marks_; ///< rows of strips that hold sums
+    std::vector<Strip> strips_;
+};
+
+template <class AlphaOf, class Span, class Block>
+void ColumnRaster::sweep(AlphaOf alphaOf, Span span, Block block) {
+    const auto rows = static_cast<std::size_t>(area_.height() + kSpareRows);
+    for (std::size_t s = 0; s < strips_.size(); ++s) {
+        Strip& strip = strips_[s];
+        Running running;
         const int x = area_.left + static_cast<int>(s) * kStripWidth;
         const int count = std::min(kStripWidth, area_.right - x);
-        for (int row = strip.top; row < strip.bottom; ++row) {
-            float* const sums = &sums_[(s * rows + static_cast<std::size_t>(row)) * kStripWidth];
-            const int y = area_.top + row;
-            const float alpha = row < area_.height() ? alphaOf(y) : 0.0f;
-            if (coverRow(sums, slope.data(), value.data(), alpha, coverage.data()))
-                span(x, y, count, coverage.data());
+        std::uint8_t* const marks = &marks_[s * rows];
+        const int visible = std::min(strip.bottom, area_.height());
+        for (int row = strip.top; row < strip.bottom;) {
+            if (marks[row] != 0) {
+                marks[row] = 0;
+                takeRow(&sums_[(s * rows + static_cast<std::size_t>(row)) * kStripWidth], running);
+            } else if (running.steady && (running.nothing || running.all)) {
+                const void* const next = std::memchr(marks + row, 1, rows - std::size_t(row));
+                const int end =
+                    next == nullptr
+                        ? strip.bottom
+                        : static_cast<int>(static_cast<const std::uint8_t*>(next) - marks);
+                if (running.all && row < visible)
+                    block(x, area_.top + row, count, area_.top + std::min(end, visible));
+                row = end;
+                continue;
+            } else if (!running.steady) {
+                takeRow(nullptr, running);
+            }
+            if (row < visible && !running.nothing) {
+                const int y = area_.top + row;
+                coverRow(running, alphaOf(y), running.coverage.data());
+                span(x, y, count, running.coverage.data());
+            }
+            ++row;
         }
         strip = {area_.height(), 0};
     }

@@ -35,6 +35,7 @@ bool IOSBitmap::setDimensions(std::int32_t newWidth, std::int32_t newHeight) {
     height = newHeight;
     stride = newWidth * 4;
     byteSize = stride * newHeight;
+    isOpaque = false;
     return true;
 }
 
@@ -53,6 +54,7 @@ bool CMemoryBitmap::create(std::int32_t newWidth, std::int32_t newHeight) {
 void CMemoryBitmap::destroy() {
     pixels_ = {};
     byteSize = width = height = stride = 0;
+    isOpaque = false;
 }
 
 void CMemoryBitmap::blit(void* platformContext, const CRect* destRect, const CRect* srcRect) {

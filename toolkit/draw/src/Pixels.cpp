@@ -1,5 +1,8 @@
-// Four pixels at a time in 16-bit lanes, with the SSE2 that every x86-64 has.
+// Four pixels at a time in 16-bit lanes, with the SSE2 that every x86-64 has; what newer processors
+// can do better begins each row (PixelsWide.h).
 #include "Pixels.h"
+
+#include "PixelsWide.h"
 
 #include <cstring>
 #include <emmintrin.h>
@@ -9,17 +12,17 @@ namespace Sorel::Pixels {
 namespace {
 
 /// Channels of four pixels as 16-bit numbers: two pixels in each half.
-struct Wide {
+struct Four {
     __m128i low;
     __m128i high;
 };
 
-Wide widen(__m128i pixels) {
+Four widen(__m128i pixels) {
     const __m128i zero = _mm_setzero_si128();
     return {_mm_unpacklo_epi8(pixels, zero), _mm_unpackhi_epi8(pixels, zero)};
 }
 
-__m128i narrow(const Wide& w) { return _mm_packus_epi16(w.low, w.high); }
+__m128i narrow(const Four& w) { return _mm_packus_epi16(w.low, w.high); }
 
 /// Rounded x / 255 for x up to 255 * 255.
 __m128i over255(__m128i x) {
@@ -36,7 +39,7 @@ __m128i alphaOf(__m128i x) {
 }
 
 /// `count` (1 to 4) coverage bytes, each in all four lanes of its pixel.
-Wide loadCoverage(const std::uint8_t* coverage, int count) {
+Four loadCoverage(const std::uint8_t* coverage, int count) {
     std::int32_t four = 0;
     std::memcpy(&four, coverage, static_cast<std::size_t>(count));
     __m128i x = _mm_cvtsi32_si128(four);
@@ -104,7 +107,7 @@ __m128i cover(__m128i under, __m128i source, __m128i coverage) {
                                   _mm_mullo_epi16(under, complement(alpha))));
 }
 
-Wide times(const Wide& a, __m128i b) {
+Four times(const Four& a, __m128i b) {
     return {over255(_mm_mullo_epi16(a.low, b)), over255(_mm_mullo_epi16(a.high, b))};
 }
 
@@ -112,9 +115,9 @@ Wide times(const Wide& a, __m128i b) {
 template <class CoverageAt>
 void blendRow(std::uint8_t* row, int count, const Pixel* source, CoverageAt coverageAt) {
     inFours(count, [&](int i, int n) {
-        const Wide s = widen(loadPixels(source + i, n));
-        const Wide d = widen(loadPixels(row + 4 * i, n));
-        const Wide c = coverageAt(i, n);
+        const Four s = widen(loadPixels(source + i, n));
+        const Four d = widen(loadPixels(row + 4 * i, n));
+        const Four c = coverageAt(i, n);
         storePixels(row + 4 * i,
                     narrow({cover(d.low, s.low, c.low), cover(d.high, s.high, c.high)}), n);
     });
@@ -123,8 +126,8 @@ void blendRow(std::uint8_t* row, int count, const Pixel* source, CoverageAt cove
 template <class CoverageAt>
 void addRow(std::uint8_t* row, int count, const Pixel* source, CoverageAt coverageAt) {
     inFours(count, [&](int i, int n) {
-        const Wide s = widen(loadPixels(source + i, n));
-        const Wide c = coverageAt(i, n);
+        const Four s = widen(loadPixels(source + i, n));
+        const Four c = coverageAt(i, n);
         const __m128i sum = narrow(
             {over255(_mm_mullo_epi16(s.low, c.low)), over255(_mm_mullo_epi16(s.high, c.high))});
         storePixels(row + 4 * i, _mm_adds_epu8(loadPixels(row + 4 * i, n), sum), n);
@@ -137,7 +140,7 @@ constexpr int kAllBytes = 0xFFFF;
 
 auto everywhere(std::uint8_t coverage) {
     const __m128i c = _mm_set1_epi16(coverage);
-    return [c](int, int) { return Wide{c, c}; };
+    return [c](int, int) { return Four{c, c}; };
 }
 
 auto each(const std::uint8_t* coverage) {
@@ -146,13 +149,17 @@ auto each(const std::uint8_t* coverage) {
 
 /// Coverage that changes from pixel to pixel.
 void mixPixels(std::uint8_t* row, int count, CColor color, const std::uint8_t* coverage) {
+    const int done = Wide::blend(row, count, color, coverage);
+    row += 4 * done;
+    count -= done;
+    coverage += done;
     const __m128i over = target(color);
     const __m128i alpha = _mm_set1_epi16(color.alpha);
     inFours(count, [&](int i, int n) {
         if (isNothing(coverage + i, n)) return; // most of what an outline's rows hold
-        Wide a = loadCoverage(coverage + i, n);
+        Four a = loadCoverage(coverage + i, n);
         if (color.alpha != 255) a = times(a, alpha);
-        const Wide d = widen(loadPixels(row + 4 * i, n));
+        const Four d = widen(loadPixels(row + 4 * i, n));
         storePixels(row + 4 * i, narrow({mix(d.low, over, a.low), mix(d.high, over, a.high)}), n);
     });
 }
@@ -166,11 +173,14 @@ void blend(std::uint8_t* row, int count, CColor color) {
         inFours(count, [&](int i, int n) { storePixels(row + 4 * i, pixels, n); });
         return;
     }
+    const int done = Wide::blend(row, count, color);
+    row += 4 * done;
+    count -= done;
     const __m128i alpha = _mm_set1_epi16(color.alpha);
     const __m128i part = _mm_mullo_epi16(over, alpha);
     const __m128i rest = complement(alpha);
     inFours(count, [&](int i, int n) {
-        const Wide d = widen(loadPixels(row + 4 * i, n));
+        const Four d = widen(loadPixels(row + 4 * i, n));
         storePixels(row + 4 * i,
                     narrow({over255(_mm_add_epi16(part, _mm_mullo_epi16(d.low, rest))),
                             over255(_mm_add_epi16(part, _mm_mullo_epi16(d.high, rest)))}),
@@ -200,6 +210,10 @@ void blend(std::uint8_t* row, int count, const Pixel* source, std::uint8_t cover
         return;
     }
     // Pictures are mostly opaque or see-through: neither needs arithmetic.
+    const int done = Wide::blend(row, count, source);
+    row += 4 * done;
+    count -= done;
+    source += done;
     inFours(count, [&](int i, int n) {
         const __m128i pixels = loadPixels(source + i, n);
         const int opaque = _mm_movemask_epi8(_mm_cmpeq_epi8(pixels, _mm_set1_epi8(-1)));
@@ -209,8 +223,8 @@ void blend(std::uint8_t* row, int count, const Pixel* source, std::uint8_t cover
         }
         const int empty = _mm_movemask_epi8(_mm_cmpeq_epi8(pixels, _mm_setzero_si128()));
         if (empty == kAllBytes) return;
-        const Wide s = widen(pixels);
-        const Wide d = widen(loadPixels(row + 4 * i, n));
+        const Four s = widen(pixels);
+        const Four d = widen(loadPixels(row + 4 * i, n));
         const __m128i whole = _mm_set1_epi16(255);
         storePixels(row + 4 * i, narrow({cover(d.low, s.low, whole), cover(d.high, s.high, whole)}),
                     n);
@@ -235,7 +249,7 @@ void add(std::uint8_t* row, int count, CColor color, const std::uint8_t* coverag
     const __m128i alpha = _mm_set1_epi16(color.alpha);
     inFours(count, [&](int i, int n) {
         if (isNothing(coverage + i, n)) return;
-        const Wide sum = times(times(loadCoverage(coverage + i, n), alpha), over);
+        const Four sum = times(times(loadCoverage(coverage + i, n), alpha), over);
         storePixels(row + 4 * i, _mm_adds_epu8(loadPixels(row + 4 * i, n), narrow(sum)), n);
     });
 }
@@ -261,18 +275,30 @@ void storePixel(std::uint8_t* pixel, __m128i value) {
     std::memcpy(pixel, &bytes, sizeof bytes);
 }
 
-} // namespace
-
-void blendEach(std::uint8_t* pixels, int count, const std::ptrdiff_t* offsets, CColor color) {
+/// `place(i)` is the byte offset of the i-th pixel.
+template <class Place>
+void blendSingle(std::uint8_t* pixels, int count, Place place, CColor color) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i part = _mm_mullo_epi16(target(color), _mm_set1_epi16(color.alpha));
     const __m128i rest = _mm_set1_epi16(static_cast<short>(255 - color.alpha));
     for (int i = 0; i < count; ++i) {
-        std::uint8_t* const pixel = pixels + offsets[i];
+        std::uint8_t* const pixel = pixels + place(i);
         const __m128i under = _mm_unpacklo_epi8(loadPixel(pixel), zero);
         const __m128i mixed = over255(_mm_add_epi16(part, _mm_mullo_epi16(under, rest)));
         storePixel(pixel, _mm_packus_epi16(mixed, mixed));
     }
+}
+
+} // namespace
+
+void blendDown(std::uint8_t* pixel, std::ptrdiff_t stride, int rows, CColor color) {
+    blendSingle(
+        pixel, rows, [stride](int i) { return i * stride; }, color);
+}
+
+void blendEach(std::uint8_t* pixels, int count, const std::ptrdiff_t* offsets, CColor color) {
+    blendSingle(
+        pixels, count, [offsets](int i) { return offsets[i]; }, color);
 }
 
 void addEach(std::uint8_t* pixels, int count, const std::ptrdiff_t* offsets, CColor color) {

@@ -28,6 +28,9 @@ void blend(std::uint8_t* row, int count, CColor color, const std::uint8_t* cover
 void blend(std::uint8_t* row, int count, const Pixel* source, std::uint8_t coverage);
 void blend(std::uint8_t* row, int count, const Pixel* source, const std::uint8_t* coverage);
 
+/// One pixel in each of `rows` rows, which lie `stride` bytes apart.
+void blendDown(std::uint8_t* pixel, std::ptrdiff_t stride, int rows, CColor color);
+
 /// One pixel at each of `count` offsets, which are in bytes from `pixels`.
 void blendEach(std::uint8_t* pixels, int count, const std::ptrdiff_t* offsets, CColor color);
 

@@ -67,6 +67,10 @@ void CRenderer::State::drawFigure(Corners corners) {
 }
 
 void CRenderer::State::fillBox(const PixelBox& box, CColor color) const {
+    if (box.width() == 1 && !box.isEmpty() && surface.mode() == BlendMode::kAlpha) {
+        surface.column(box.left, box.top, box.bottom, color); // grids are made of these
+        return;
+    }
     for (int y = box.top; y < box.bottom; ++y)
         surface.span(box.left, y, box.width(), color);
 }

@@ -12,6 +12,10 @@ void paintSolid(ColumnRaster& columns, const Surface& surface, CColor color) {
     columns.sweep([alpha](int) { return alpha; },
                   [&](int x, int y, int count, const std::uint8_t* coverage) {
                       surface.span(x, y, count, opaque, coverage);
+                  },
+                  [&](int x, int y, int count, int end) {
+                      for (; y < end; ++y)
+                          surface.span(x, y, count, color);
                   });
 }
 
@@ -23,6 +27,10 @@ void paintRows(ColumnRaster& columns, const Surface& surface, std::span<const CC
     columns.sweep([&](int y) { return static_cast<float>(colorOf(y).alpha); },
                   [&](int x, int y, int count, const std::uint8_t* coverage) {
                       surface.span(x, y, count, colorOf(y).withAlpha(255), coverage);
+                  },
+                  [&](int x, int y, int count, int end) {
+                      for (; y < end; ++y)
+                          surface.span(x, y, count, colorOf(y));
                   });
 }
 
@@ -34,6 +42,12 @@ void paintTable(ColumnRaster& columns, const Surface& surface, const GradientTab
                       gradient.row(x, y, count, colors.data());
                       surface.span(x, y, count, colors.data(),
                                    static_cast<const std::uint8_t*>(coverage));
+                  },
+                  [&](int x, int y, int count, int end) {
+                      for (; y < end; ++y) {
+                          gradient.row(x, y, count, colors.data());
+                          surface.span(x, y, count, colors.data(), std::uint8_t{255});
+                      }
                   });
 }
 

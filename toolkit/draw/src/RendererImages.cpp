@@ -2,6 +2,8 @@
 #include "RendererState.h"
 #include "draw/OSBitmap.h"
 
+#include <cstring>
+
 namespace Sorel {
 
 namespace {
@@ -75,11 +77,17 @@ void CRenderer::copyImage(IOSBitmap& source,
     const Wide top = std::max({Wide{sourceY}, Wide{0}, box.top - dy});
     const Wide right = std::min({Wide{sourceX} + width, Wide{source.width}, box.right - dx});
     const Wide bottom = std::min({Wide{sourceY} + height, Wide{source.height}, box.bottom - dy});
+    // The ground of the whole window is one of these.
+    const bool copies = source.isOpaque && coverage == 255 && surface.mode() == BlendMode::kAlpha;
     for (Wide row = top; row < bottom && left < right; ++row) {
         const auto* const from =
             reinterpret_cast<const Pixels::Pixel*>(pixels + row * source.stride + left * 4);
-        surface.span(static_cast<int>(left + dx), static_cast<int>(row + dy),
-                     static_cast<int>(right - left), from, coverage);
+        if (copies)
+            std::memcpy(surface.at(static_cast<int>(left + dx), static_cast<int>(row + dy)), from,
+                        static_cast<std::size_t>(right - left) * 4);
+        else
+            surface.span(static_cast<int>(left + dx), static_cast<int>(row + dy),
+                         static_cast<int>(right - left), from, coverage);
     }
 }
 

@@ -86,6 +86,11 @@ class Surface {
             Pixels::blend(at(x, y), count, source + skip, coverage);
     }
 
+    /// A column of `box()`, one pixel wide.
+    void column(int x, int top, int bottom, CColor color) const {
+        Pixels::blendDown(at(x, top), stride_, bottom - top, color);
+    }
+
     /// Single pixels at byte offsets from `at(0, 0)`; not clipped.
     void points(int count, const std::ptrdiff_t* offsets, CColor color) const {
         if (mode_ == BlendMode::kAdd)

@@ -4,6 +4,7 @@
 #include "analysis/AnalyserParameters.h"
 #include "views/DisplayControl.h"
 #include "views/SplineDots.h"
+#include "views/StillPicture.h"
 
 #include <span>
 
@@ -34,6 +35,8 @@ class CGoniometer : public IDisplayControl {
     SplineDots::Points points_{};
     SplineDots::Points latest_{};
     SplineDots dots_;
+    StillPicture guides_;      // below the dots
+    StillPicture overlay_;     // above them
     float sampleRate_ = 44100; ///< Hz
 };
 

@@ -6,6 +6,7 @@
 #include "views/MeterFeed.h"
 #include "views/MeterScale.h"
 #include "views/OverBox.h"
+#include "views/StillPicture.h"
 
 #include <functional>
 #include <span>
@@ -24,7 +25,10 @@ class CVUMeter_Mono : public IDisplayControl {
     static std::span<const Orvel::ParameterId> parameters() { return {}; }
 
     /// Mirrored: the scale stands on the right.
-    void SetFlipped(bool flipped) { flipped_ = flipped; }
+    void SetFlipped(bool flipped) {
+        flipped_ = flipped;
+        still_.invalidate();
+    }
     void setShowOvers(bool on) { showOvers_ = on; }
     void setShowDr(bool on) { showDr_ = on; }
     /// Heard after a click has set the counts of overs back.
@@ -71,7 +75,8 @@ class CVUMeter_Mono : public IDisplayControl {
     void drawBars(CDrawContext& context) const;
     void drawHistogram(CDrawContext& context) const;
     void drawRow(CDrawContext& context, int row, int rows, CColor color) const;
-    void drawTexts(CDrawContext& context) const;
+    void drawName(CDrawContext& context) const;
+    void drawDr(CDrawContext& context) const;
 
     const char* name_;
     bool flipped_ = false;
@@ -79,6 +84,8 @@ class CVUMeter_Mono : public IDisplayControl {
     bool showDr_ = true;
     Orvel::MeteringMode mode_ = Orvel::MeteringMode::peak;
     const MeterScale* scale_;
+    const MeterScale* stillScale_ = nullptr; // in still_
+    StillPicture still_;
     HistogramColumn column_;
     MeterFeed feed_;
     MeterLevels levels_;

@@ -3,6 +3,7 @@
 
 #include "analysis/ScopeDataProvider.h"
 #include "draw/Bitmap.h"
+#include "views/ScopeStrip.h"
 
 #include <span>
 #include <vector>
@@ -11,7 +12,7 @@ namespace Sorel {
 
 /// How one layer looks, and the copy of its columns that is drawn.
 struct ScopeRenderLayer {
-    std::vector<ScopeColumn> columns;
+    std::vector<ScopeColumn> columns; ///< as they lie on the provider's ring
     CColor lineColour{255, 255, 255, 255};
     CColor fillColour{40, 40, 40, 255};
     // Of the gradient in a filled curve.
@@ -69,14 +70,28 @@ class CNewScopeRenderer {
         friend bool operator==(const ColumnMark&, const ColumnMark&) = default;
     };
     virtual ColumnMark markOf(ScopeColumn column, int layer, double height) const;
+    /// What fetch found: a column at this place of the ring looks different.
+    virtual void placeChanged(int /*layer*/, int /*place*/) {}
+    /// The place of the display's column 0.
+    int firstPlace() const { return firstPlace_; }
+    /// Of column `column` of the display.
+    ScopeColumn columnOf(const ScopeRenderLayer& drawn, int column) const {
+        const int place = firstPlace_ + column;
+        return drawn
+            .columns[static_cast<std::size_t>(place < numColumns_ ? place : place - numColumns_)];
+    }
     /// The columns that meet the context's clip, and those at most `before` and `after` them.
     ColumnRange clipped(const CDrawContext& context, const CRect& rect, int before, int after);
 
   private:
+    bool looksMoved(int index, int first, double height);
+
     IScopeDataProvider* provider_ = nullptr;
     int numColumns_ = 0;
+    int firstPlace_ = 0;
     std::vector<ScopeRenderLayer> layers_;
-    std::vector<ScopeColumn> incoming_;
+    std::vector<ScopeColumn> incoming_; // from left to right, as is the next
+    std::vector<ScopeColumn> ordered_;
     std::vector<float> upper_; // of the curve being drawn
     std::vector<float> lower_;
     std::vector<float> trace_;
@@ -104,11 +119,24 @@ class CStereoScopeRenderer final : public CNewScopeRenderer {
     static CRect lowerLane(const CRect& rect);
 
   private:
+    /// What decides how the lanes look, besides their columns.
+    struct Look {
+        bool visible[3] = {};
+        CColor colours[4] = {};
+        float lineWidth = 0.0F;
+        friend bool operator==(const Look&, const Look&) = default;
+    };
     ColumnMark markOf(ScopeColumn column, int layer, double height) const override;
+    void placeChanged(int layer, int place) override;
     bool hasTwoLanes() { return !layer(kBoth).visible; }
-    void drawLane(CDrawContext& context, const CRect& lane, int layer);
+    CRect laneRect(const CRect& rect, int lane) const;
+    void drawLanes(CDrawContext& context, const CRect& rect);
+    void followLook();
     void shadeColumn(int column, CColor colour);
 
+    ScopeStrip strip_; ///< of the lanes, where they are bands
+    int stripWidth_ = 0;
+    Look look_;
     Counted<CBitmap> shades_; ///< of the sibilance, a pixel a column
 };
 

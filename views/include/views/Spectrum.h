@@ -89,6 +89,7 @@ class CSpectrum final : public IDisplayControl, public CTimerObject {
     void drawFlat(CDrawContext& context);
     void drawWaterfall(CDrawContext& context);
     void drawNewestRow(CDrawContext& context, const WaterfallProjection& projection);
+    void drawEdges(CDrawContext& context);
     void drawHighest(CDrawContext& context) const;
     void drawProjector(CDrawContext& context) const;
     void readLevels(double hz, double x, float& peakDb, float& levelDb) const;

@@ -3,6 +3,7 @@
 
 #include "draw/DrawContext.h"
 #include "views/FrequencyGrid.h"
+#include "views/StillPicture.h"
 
 namespace Sorel {
 
@@ -26,10 +27,11 @@ class SpectrumAxes {
     double frequencyLine(double position) const;
 
     void drawLines(CDrawContext& context) const;
-    void drawLeftShade(CDrawContext& context) const;
-    void drawNumbers(CDrawContext& context) const;
+    void drawLeftShade(CDrawContext& context);
+    void drawNumbers(CDrawContext& context);
 
   private:
+    void paintLeftShade(CDrawContext& context, const CRect& shade) const;
     void drawLevels(CDrawContext& context) const;
     void drawFrequencies(CDrawContext& context) const;
 
@@ -37,6 +39,9 @@ class SpectrumAxes {
     double cornerRadius_ = 0.0;
     FrequencyGrid grid_;
     CPath foot_;
+    StillPicture leftShade_;
+    StillPicture frequencies_;
+    StillPicture levels_;
 };
 
 /// A box whose two lower corners are rounded by these radii.
