@@ -23,33 +23,42 @@ struct Fixture {
     explicit Fixture(float visibleMs, float channelMode = 0.0F) {
         analyser.setThreadedProcessing(false);
         analyser.setSampleRate(48000);
-        analyser.setBlockSize(480);
+        analyser.setBlockSize(kBlock);
         analyser.parameter(Orvel::kScopeVisibleTimeMs).setValue(visibleMs);
         analyser.parameter(Orvel::kScopeChannelMode).setValue(channelMode);
         analyser.parameter(Orvel::kScopeTransientDetection).setValue(1.0F);
         analyser.parameter(Orvel::kScopeDeEsserMale).setValue(1.0F);
         analyser.onIdle();
         scope = std::make_unique<CScope>(kPlace, &analyser);
-        std::mt19937 random(1);
-        std::uniform_real_distribution<float> unit(-1.0F, 1.0F);
-        std::vector<float> left(480);
-        std::vector<float> right(480);
-        for (int block = 0; block < 600; ++block) {
-            const float swell = block % 40 < 4 ? 1.05F : 0.25F + 0.02F * float(block % 25);
+        play(600);
+        canvas.renderer().clear({34, 37, 59, 255});
+        makeAnew();
+    }
+
+    void play(int blocks) {
+        for (const int end = played + blocks; played < end; ++played) {
+            const float swell = played % 40 < 4 ? 1.05F : 0.25F + 0.02F * float(played % 25);
             for (std::size_t i = 0; i < left.size(); ++i) {
                 left[i] = swell * unit(random);
                 right[i] = swell * unit(random);
             }
             float* channels[2] = {left.data(), right.data()};
-            Vardo::CProcessContext context(channels, 2, channels, 2, nullptr, 480);
+            Vardo::CProcessContext context(channels, 2, channels, 2, nullptr, kBlock);
             context.setTempo(120.0F);
             context.setPlaying(true);
             analyser.process(context);
         }
-        canvas.renderer().clear({34, 37, 59, 255});
-        // A view of its own, made again, has taken the table as it is now.
-        scope = std::make_unique<CScope>(kPlace, &analyser);
     }
+    /// A view made again takes the table as it is now, and has painted nothing yet.
+    void makeAnew() { scope = std::make_unique<CScope>(kPlace, &analyser); }
+
+  private:
+    static constexpr int kBlock = 480;
+    int played = 0;
+    std::mt19937 random{1};
+    std::uniform_real_distribution<float> unit{-1.0F, 1.0F};
+    std::vector<float> left = std::vector<float>(kBlock);
+    std::vector<float> right = std::vector<float>(kBlock);
 };
 
 void paint(benchmark::State& state, Fixture& fixture, const CRect& clip) {
@@ -60,17 +69,36 @@ void paint(benchmark::State& state, Fixture& fixture, const CRect& clip) {
     }
 }
 
-void twoLanes(benchmark::State& state) {
-    Fixture fixture(5000.0F);
-    paint(state, fixture, kPlace);
+/// Everything, as when the page is opened.
+void afresh(benchmark::State& state, float channelMode) {
+    Fixture fixture(5000.0F, channelMode);
+    CDrawContext& context = fixture.canvas.context();
+    for (auto _ : state) {
+        state.PauseTiming();
+        fixture.makeAnew();
+        state.ResumeTiming();
+        context.setClipRect(kPlace);
+        fixture.scope->draw(context);
+    }
 }
-BENCHMARK(twoLanes)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(afresh, twoLanes, 0.0F)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(afresh, oneLane, 3.0F)->Unit(benchmark::kMicrosecond);
 
-void oneLane(benchmark::State& state) {
-    Fixture fixture(5000.0F, 3.0F);
-    paint(state, fixture, kPlace);
+/// The next picture, 20 ms of audio later: what is drawn 40 times a second.
+void scrolling(benchmark::State& state, float channelMode) {
+    Fixture fixture(5000.0F, channelMode);
+    CDrawContext& context = fixture.canvas.context();
+    for (auto _ : state) {
+        state.PauseTiming();
+        fixture.play(2);
+        state.ResumeTiming();
+        fixture.scope->onIdle();
+        context.setClipRect(kPlace);
+        fixture.scope->draw(context);
+    }
 }
-BENCHMARK(oneLane)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(scrolling, twoLanes, 0.0F)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(scrolling, oneLane, 3.0F)->Unit(benchmark::kMicrosecond);
 
 /// Ten milliseconds: a line from sample to sample.
 void trace(benchmark::State& state) {
