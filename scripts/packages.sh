@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building, testing and comparing need, and says which and why. Silent when
-# nothing is missing. Usage: scripts/packages.sh run|test|peers
+# nothing is missing. Usage: scripts/packages.sh run|test|hosts|peers
 set -euo pipefail
 
 # One line per package: name, then the reason.
@@ -30,6 +30,7 @@ libxcb-cursor-dev  the desktop's own mouse cursors
 libxkbcommon-dev   what a key means on the user's keyboard
 libxkbcommon-x11-dev  the same, asked of the display
 libdbus-1-dev      the desktop's file dialogs
+juce-modules-source-data  the interface SDK of VST 3; of the package, that folder alone is read
 LIST
 }
 
@@ -51,8 +52,24 @@ jackd2             a sound server that needs no sound card
 dbus-daemon        a desktop portal to try file dialogs with
 alsa-utils         speech recordings to measure
 parsec47-data      a music recording to measure
+dpkg-dev           finds out what the Debian package depends on
+file               tells it which files to look into
 python3-numpy      computes every measure a second time, for comparison
 python3-scipy      transforms and filters for that comparison
+LIST
+}
+
+packages_hosts() {
+    packages_run
+    cat <<'LIST'
+ardour             loads VST2 and VST3, renders without a user
+qtractor           loads VST2
+jackd2             the sound server that Qtractor plays to, without a sound card
+ecasound           plays a tone into it
+openbox            the window manager that Qtractor needs
+xvfb               a display for both
+xdotool            a user of that display
+imagemagick        takes pictures of their windows
 LIST
 }
 
@@ -70,9 +87,10 @@ LIST
 case "${1:-}" in
 run) list=$(packages_run) ;;
 test) list=$(packages_test) ;;
+hosts) list=$(packages_hosts) ;;
 peers) list=$(packages_peers) ;;
 *)
-    echo "usage: scripts/packages.sh run|test|peers" >&2
+    echo "usage: scripts/packages.sh run|test|hosts|peers" >&2
     exit 2
     ;;
 esac

@@ -1,19 +1,15 @@
 // Which of the host's words on time are taken.
 #include "HostTransport.h"
 
+#include "hosting/Limits.h"
+
 #include <cmath>
 
 namespace Vardo {
 
-namespace {
-// Beats per minute; anything else is a host without a tempo.
-constexpr double kSlowestTempo = 1.0;
-constexpr double kFastestTempo = 1000.0;
-} // namespace
-
 double HostTransport::tempoOf(const vst2::VstTimeInfo* info) const noexcept {
-    const bool good = info != nullptr && (info->flags & vst2::kVstTempoValid) != 0 &&
-                      info->tempo >= kSlowestTempo && info->tempo <= kFastestTempo;
+    const bool good =
+        info != nullptr && (info->flags & vst2::kVstTempoValid) != 0 && isTempo(info->tempo);
     return good ? info->tempo : tempo();
 }
 

@@ -1,20 +1,15 @@
 // Events in, events out, bounded.
 #include "MidiQueue.h"
 
+#include "hosting/MidiMessage.h"
+
 #include <new>
 
 namespace Vardo {
 
 namespace {
 MidiRecord toRecord(const vst2::VstMidiEvent& event) {
-    MidiRecord record;
-    record.deltaFrames = event.deltaFrames;
-    record.status = event.midiData[0];
-    record.data1 = event.midiData[1];
-    record.data2 = event.midiData[2];
-    record.message = record.status & 0xF0;
-    record.normalizedData2 = static_cast<float>((record.data2 & 0x7F) / 127.0);
-    return record;
+    return midiRecord(event.deltaFrames, event.midiData[0], event.midiData[1], event.midiData[2]);
 }
 } // namespace
 

@@ -1,5 +1,7 @@
-// Texts into buffers that a host lends, whose size only convention tells.
+// Room for texts in buffers that a host lends, whose size only convention tells.
 #pragma once
+
+#include "hosting/Text.h"
 
 #include <cstddef>
 
@@ -11,8 +13,6 @@ inline constexpr std::size_t kParameterTextRoom = 25;
 /// Bytes for names of effect, product, vendor and pins, the zero included.
 inline constexpr std::size_t kNameTextRoom = 64;
 
-/// Copies what fits into `room` bytes, always with an ending zero, and never cuts a UTF-8
-/// character in two. Null pointers are an empty text, or nothing to do.
-void copyText(char* target, const char* source, std::size_t room) noexcept;
+using Vardo::copyText;
 
 } // namespace vst2

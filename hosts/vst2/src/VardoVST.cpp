@@ -42,7 +42,7 @@ vst2::AEffect* createEffect(vst2::HostCallback host) noexcept {
 
 VardoVST::VardoVST(vst2::HostCallback host)
     : AudioEffectX(host, 1, 0) {
-    mainThread_ = std::this_thread::get_id();
+    changes_.claimThread();
     getPluginDescriptions(records_);
     if (!records_.empty()) record_ = records_.front();
 
@@ -106,12 +106,12 @@ bool VardoVST::wantsSidechainPair() {
 
 // --- life ---------------------------------------------------------------------------------------
 
-void VardoVST::open() { mainThread_ = std::this_thread::get_id(); }
+void VardoVST::open() { changes_.claimThread(); }
 
 void VardoVST::suspend() {
     if (plugin_ == nullptr) return;
     plugin_->reset();
-    if (onMainThread()) deliverChanges();
+    deliverChanges();
 }
 
 void VardoVST::resume() {
@@ -124,21 +124,12 @@ void VardoVST::resume() {
     plugin_->reset();
     if (isSynth() || canDo("receiveVstMidiEvent") == 1) wantEvents(1);
     needIdle();
-    if (onMainThread()) deliverChanges();
-}
-
-void VardoVST::idle() {
-    mainThread_ = std::this_thread::get_id();
     deliverChanges();
 }
 
-void VardoVST::deliverChanges() {
-    if (plugin_ == nullptr || delivering_.exchange(true)) return;
-    struct Done {
-        Core::Relaxed<bool>& delivering;
-        ~Done() { delivering.exchange(false); }
-    } const done{delivering_};
-    plugin_->onIdle();
+void VardoVST::idle() {
+    changes_.claimThread();
+    deliverChanges();
 }
 
 void VardoVST::setSampleRate(float rate) {
@@ -148,10 +139,8 @@ void VardoVST::setSampleRate(float rate) {
 }
 
 void VardoVST::setBlockSize(std::int32_t frames) {
-    if (frames <= 0 || frames > kLargestBlock || isInside()) return;
-    gate_.enter();
-    const Inside inside(*this);
-    announceBlockSize(frames);
+    if (frames <= 0 || frames > kLargestBlock) return;
+    if (const auto inside = gate_.enter()) announceBlockSize(frames);
 }
 
 bool VardoVST::setSpeakerArrangement(const vst2::VstSpeakerArrangement* input,
@@ -198,10 +187,7 @@ void VardoVST::announceBlockSize(int frames) {
 }
 
 void VardoVST::followChannels() {
-    if (isInside()) return;
-    gate_.enter();
-    const Inside inside(*this);
-    resizeBuffers(getBlockSize());
+    if (const auto inside = gate_.enter()) resizeBuffers(getBlockSize());
 }
 
 // --- parameters and state -----------------------------------------------------------------------
@@ -266,14 +252,14 @@ std::intptr_t VardoVST::getChunk(void** data, bool /*isPreset*/) {
     *data = nullptr;
     if (plugin_ == nullptr) return 0;
     // Before, not after: a host told of changes may read the state itself, which moves the memory.
-    if (onMainThread()) deliverChanges();
+    deliverChanges();
     return plugin_->getChunk(data);
 }
 
 std::intptr_t VardoVST::setChunk(const void* data, std::intptr_t size, bool /*isPreset*/) {
     if (plugin_ == nullptr || size > INT_MAX) return 0;
     plugin_->setChunk(data, static_cast<int>(size));
-    if (onMainThread()) deliverChanges();
+    deliverChanges();
     return size;
 }
 

@@ -4,21 +4,19 @@
 #include "AudioEffectX.h"
 #include "HostTransport.h"
 #include "MidiQueue.h"
-#include "core/RealtimeGate.h"
 #include "frame/ChannelBuffer.h"
 #include "frame/PluginBase.h"
 #include "frame/PluginDescription.h"
 #include "frame/VardoCallback.h"
+#include "hosting/ChangeDelivery.h"
 #include "hosting/HostBlock.h"
+#include "hosting/Limits.h"
 #include "hosting/ParameterMap.h"
+#include "hosting/PluginGate.h"
 
 #include <memory>
-#include <thread>
 
 namespace Vardo {
-
-/// Frames. No host has blocks like this; a number beyond it is a mistake, not a wish for memory.
-inline constexpr std::int32_t kLargestBlock = 1 << 20;
 
 /// Carries an `IPluginBase` into a VST2 host and is the `VardoCallback` by which it talks back.
 ///
@@ -108,27 +106,6 @@ class VardoVST final : public vst2::AudioEffectX, public VardoCallback {
     void renderInside(const HostBlock& block, const HostTransport::State& transport);
     HostBlock hostBlock(float** inputs, float** outputs, int frames, OutputMode mode) const;
 
-    /// For a scope inside the gate: begins after entering and leaves at the end.
-    class Inside {
-      public:
-        explicit Inside(VardoVST& effect)
-            : effect_(effect) {
-            effect_.insideThread_ = std::this_thread::get_id();
-        }
-        ~Inside() {
-            effect_.insideThread_ = std::thread::id{};
-            effect_.gate_.leave();
-        }
-        Inside(const Inside&) = delete;
-        Inside& operator=(const Inside&) = delete;
-
-      private:
-        VardoVST& effect_;
-    };
-    /// This thread is inside already: the host calls back in while the plug-in asks it something.
-    /// What needs the gate is left out then; a block that needs it makes its own room.
-    bool isInside() const noexcept { return insideThread_.load() == std::this_thread::get_id(); }
-
     // Buffers; only inside the gate.
     void announceBlockSize(int frames);
     void resizeBuffers(int frames);
@@ -138,8 +115,7 @@ class VardoVST final : public vst2::AudioEffectX, public VardoCallback {
     int inputBufferChannels() const noexcept;
     int outputBufferChannels() const noexcept;
 
-    bool onMainThread() const noexcept { return mainThread_.load() == std::this_thread::get_id(); }
-    void deliverChanges();
+    void deliverChanges() { changes_.deliver(plugin_.get()); }
 
     PluginDescriptionList records_;
     PluginDescription record_; // of plugin_
@@ -157,12 +133,10 @@ class VardoVST final : public vst2::AudioEffectX, public VardoCallback {
     Core::Relaxed<int> outputChannels_{0};
     Core::Relaxed<bool> pairsChanged_{false}; // by the plug-in; the host follows by its next resume
 
-    Core::Threads::RealtimeGate gate_; // before the buffers and the plug-in's process and set-up
+    PluginGate gate_; // before the buffers and the plug-in's process and set-up
     CNChannelBuffer input_;
     CNChannelBuffer output_;
-    Core::Relaxed<std::thread::id> insideThread_; // inside the gate, none when it is free
-    Core::Relaxed<std::thread::id> mainThread_;
-    Core::Relaxed<bool> delivering_{false};
+    ChangeDelivery changes_;
 };
 
 /// The body of the module's entry points: asks the host for its version and makes an effect, which

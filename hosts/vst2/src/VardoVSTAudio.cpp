@@ -46,8 +46,8 @@ void VardoVST::render(const HostBlock& block) noexcept {
 bool VardoVST::renderIfOpen(const HostBlock& block) {
     if (block.frames > kLargestBlock) return false;
     const HostTransport::State transport = transport_.update(getTimeInfo(kTimeInfoFilter));
-    if (!gate_.tryEnter()) return false; // also where the host calls in from inside a block
-    const Inside inside(*this);
+    const auto inside = gate_.tryEnter();
+    if (!inside) return false; // also where the host calls in from inside a block
     // The one case that takes memory here: a host that breaks its own announcement.
     if (block.frames > input_.numSamples()) announceBlockSize(block.frames);
     renderInside(block, transport);

@@ -52,6 +52,12 @@ StubPlugin::StubPlugin(Vardo::VardoCallback* callback)
         parameters.push_back(std::make_unique<ParameterProperty>());
         parameters.back()->setFromDescription(row);
     }
+    for (const char* name : StubModule::instance().furtherSwitches) {
+        parameters.push_back(std::make_unique<ParameterProperty>());
+        parameters.back()->setFromDescription(
+            {name, name, name, 0, 1, 0, 0, true, 0, kSwitch, static_cast<int>(parameters.size())});
+    }
+    if (StubModule::instance().hasEditor) editor = std::make_unique<StubEditor>();
     StubModule::instance().last = this;
 }
 

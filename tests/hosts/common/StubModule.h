@@ -4,6 +4,7 @@
 #include "frame/ParameterProperty.h"
 #include "frame/PluginBase.h"
 #include "frame/PluginDescription.h"
+#include "frame/PluginEditor.h"
 #include "frame/VardoCallback.h"
 
 #include <atomic>
@@ -22,10 +23,57 @@ struct StubModule {
     bool createsNothing = false;
     bool createThrows = false;
     int latency = 0;
+    bool hasEditor = false;
+    std::vector<const char*> furtherSwitches; ///< names of parameters behind the four
     std::vector<int> createdIds;
     StubPlugin* last = nullptr; ///< the newest plug-in, while it lives
 
     static Vardo::PluginDescription firstRecord();
+};
+
+/// An editor without a window, which counts what it is asked.
+class StubEditor final : public Vardo::IPluginEditor {
+  public:
+    void open(void* parentWindow) override {
+        parent = opens ? parentWindow : nullptr;
+        ++timesOpened;
+    }
+    int close() override {
+        parent = nullptr;
+        return 1;
+    }
+    int setKnobMode(int) override { return 1; }
+    bool getSize(int* w, int* h) override {
+        *w = width;
+        *h = height;
+        return true;
+    }
+    void setSize(int, int) override {}
+    bool isOpen() override { return parent != nullptr; }
+    void update(int) override { ++updates; }
+    void parameterChanged() override {}
+    bool onWheel(float distance) override {
+        wheel = distance;
+        return true;
+    }
+    bool onKeyDown(const Vardo::KeyEvent& event) override {
+        key = event;
+        return true;
+    }
+    bool onKeyUp(const Vardo::KeyEvent&) override { return false; }
+    void idle() override { ++idles; }
+    int eventDescriptor() override { return descriptor; }
+
+    bool opens = true;
+    void* parent = nullptr;
+    int width = 640;
+    int height = 360;
+    int descriptor = -1;
+    int timesOpened = 0;
+    int idles = 0;
+    int updates = 0;
+    float wheel = 0;
+    Vardo::KeyEvent key;
 };
 
 /// Passes input to output, halved, and adds the side chain; notes what it is told.
@@ -43,9 +91,12 @@ class StubPlugin final : public Vardo::IPluginBase {
     void setBlockSize(int samples) override;
     int getChunk(void** data) override;
     void setChunk(const void* data, int size) override;
-    void setBypass(bool) override { ++bypasses; }
+    void setBypass(bool on) override {
+        bypassed = on;
+        ++bypasses;
+    }
     void reset() override { ++resets; }
-    Vardo::IPluginEditor* getEditor() override { return nullptr; }
+    Vardo::IPluginEditor* getEditor() override { return editor.get(); }
     int getLatency() override { return StubModule::instance().latency; }
     void processEvents(const Vardo::EventList& list) override { events = list; }
     bool getOutputPinName(int index, char* text) override;
@@ -63,6 +114,7 @@ class StubPlugin final : public Vardo::IPluginBase {
     };
 
     Vardo::VardoCallback* host;
+    std::unique_ptr<StubEditor> editor;
     std::vector<std::unique_ptr<Vardo::ParameterProperty>> parameters;
     std::atomic<double> sampleRate{0};
     int blockSize = 0; // the adapter keeps `process` and `setBlockSize` apart
@@ -73,6 +125,7 @@ class StubPlugin final : public Vardo::IPluginBase {
     std::atomic<int> resets{0};
     std::atomic<int> idles{0};
     int bypasses = 0;
+    bool bypassed = false;
     Vardo::EventList events;
     std::vector<char> chunk{'s', 't', 'u', 'b'};
     std::function<void()> duringProcess;

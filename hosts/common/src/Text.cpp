@@ -1,11 +1,11 @@
 // Cutting texts.
-#include "Text.h"
+#include "hosting/Text.h"
 
 #include "core/Utf8.h"
 
 #include <cstring>
 
-namespace vst2 {
+namespace Vardo {
 
 void copyText(char* target, const char* source, std::size_t room) noexcept {
     if (target == nullptr || room == 0) return;
@@ -16,4 +16,4 @@ void copyText(char* target, const char* source, std::size_t room) noexcept {
     target[length] = 0;
 }
 
-} // namespace vst2
+} // namespace Vardo
