@@ -1,6 +1,7 @@
 // What this module contains, and how it is made.
 #include "frame/PluginModule.h"
 #include "analysis/OrvelScope.h"
+#include "online/UpdateCheck.h"
 #include "platform/X11.h"
 #include "views/OrvelScopeEditor.h"
 
@@ -8,7 +9,9 @@
 
 namespace {
 constexpr std::uint32_t kUniqueId = Vardo::fourCharacterCode("Qrnt");
+constexpr const char* kProduct = "Orvel Scope";
 constexpr const char* kVersion = "1.0.4";
+constexpr std::uint32_t kVersionNumber = 0x10004;
 
 Orvel::EditorFactory editorFactory(Vardo::VardoCallback* callback) {
     return [callback](Orvel::COrvelScope& analyser) {
@@ -17,6 +20,11 @@ Orvel::EditorFactory editorFactory(Vardo::VardoCallback* callback) {
         surroundings.desktop = []() -> Sorel::IPlatform& { return Sorel::x11Platform(); };
         surroundings.versionText =
             std::string("Version ") + kVersion + (sizeof(void*) == 8 ? ", 64 bit" : ", 32 bit");
+        surroundings.product = kProduct;
+        surroundings.version = kVersion;
+        surroundings.versionNumber = kVersionNumber;
+        surroundings.webId = "SCOPE";
+        surroundings.updateServer = Dorna::updateServer();
         return std::make_unique<Orvel::COrvelScopeEditor>(analyser, std::move(surroundings));
     };
 }
@@ -25,7 +33,7 @@ Orvel::EditorFactory editorFactory(Vardo::VardoCallback* callback) {
 void getPluginDescriptions(Vardo::PluginDescriptionList& list) {
     Vardo::PluginDescription analyser;
     analyser.uniqueId = kUniqueId;
-    analyser.effectName = "Orvel Scope";
+    analyser.effectName = kProduct;
     analyser.productName = "Quillmere Orvel Line";
     analyser.vendorName = "Quillmere";
     analyser.inputPairs = 1;
@@ -34,7 +42,7 @@ void getPluginDescriptions(Vardo::PluginDescriptionList& list) {
     analyser.versionText = kVersion;
     analyser.category = Vardo::kCategoryEffect;
     analyser.hasSidechain = false;
-    analyser.versionNumber = 0x10004;
+    analyser.versionNumber = kVersionNumber;
     analyser.flags = 1;
     list.push_back(analyser);
 }

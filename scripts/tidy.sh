@@ -12,7 +12,7 @@ tidy=$(command -v clang-tidy-14 || command -v clang-tidy) || {
 if [ $# -gt 0 ]; then
     files=("$@")
 else
-    mapfile -t files < <(git ls-files 'core/*.cpp' 'frame/*.cpp' 'analysis/*.cpp' 'toolkit/*.cpp' 'presets/*.cpp' 'views/*.cpp' 'tools/*.cpp' 'plugin/*.cpp' 'hosts/*.cpp')
+    mapfile -t files < <(git ls-files 'core/*.cpp' 'frame/*.cpp' 'online/*.cpp' 'analysis/*.cpp' 'toolkit/*.cpp' 'presets/*.cpp' 'views/*.cpp' 'tools/*.cpp' 'plugin/*.cpp' 'hosts/*.cpp')
 fi
 # clang does not know one option that g++ gets; everything else is as it is compiled.
 mkdir -p build/tidy

@@ -1,6 +1,6 @@
+#include "TextThatFits.h"
 #include "controls/Surfaces.h"
 #include "core/Paths.h"
-#include "core/Utf8.h"
 #include "tree/Frame.h"
 #include "views/SystemPage.h"
 
@@ -17,18 +17,6 @@ constexpr double kPathMargin = 10.0;
 constexpr CRect kPath{200.0, 0.0, 520.0, 25.0};
 constexpr CRect kSelect{532.0, 0.0, 622.0, 25.0};
 constexpr CRect kOpen{630.0, 0.0, 720.0, 25.0};
-
-/// The end of `text` that fits, behind "...".
-std::string endThatFits(CDrawContext& context, const std::string& text, double width) {
-    if (context.getStringWidth(text) <= width) return text;
-    std::size_t at = 0;
-    std::string shown;
-    do {
-        at = Core::Utf8::next(text, at);
-        shown = "..." + text.substr(at);
-    } while (at < text.size() && context.getStringWidth(shown) > width);
-    return shown;
-}
 } // namespace
 
 CContentLocationView::CContentLocationView(const CRect& size)

@@ -116,7 +116,8 @@ void COrvelScopeEditor::addHeader(CFrame& frame) {
         pageButtons_->addButton(pictures.getBitmap(name), kButtonWidth, kButtonHeight, kButtonGap,
                                 kButtonTop);
     frame.addView(pageButtons_);
-    frame.addView(new CSystemInfo(kSystemInfo, &analyser_));
+    systemInfo_ = new CSystemInfo(kSystemInfo, &analyser_);
+    frame.addView(systemInfo_);
 }
 
 CVUMeter_Stereo* COrvelScopeEditor::addMeter(CViewContainer& parent, CVUMeter_Stereo* meter) {
@@ -159,7 +160,9 @@ void COrvelScopeEditor::addPages(CFrame& frame) {
     CRect system = kSystemWell;
     system.bottom += kLipHeight;
     page = addPage(frame, system, 3);
-    page->addView(new CSystemPage(inside(system), &analyser_, surroundings_.versionText));
+    systemPage_ = new CSystemPage(inside(system), &analyser_, surroundings_.versionText);
+    page->addView(systemPage_);
+    wireSystemPage();
     auto* location = new CContentLocationView(kPathRow);
     location->setFolderChanged([this] { presets_.Notify(nullptr, kNotifyPresetFolderChanged); });
     page->addView(location);

@@ -6,6 +6,7 @@
 #include "assets/Archives.h"
 #include "controls/ButtonBar.h"
 #include "frame/IdleList.h"
+#include "online/UpdateCheck.h"
 #include "platform/Offscreen.h"
 #include "presets/PresetBrowser.h"
 #include "views/DialStrip.h"
@@ -46,7 +47,9 @@ void COrvelScopeEditor::openOn(Sorel::IPlatform& platform, void* parentWindow) {
 }
 
 void COrvelScopeEditor::open(void* parentWindow) {
-    if (surroundings_.desktop) openOn(surroundings_.desktop(), parentWindow);
+    if (!surroundings_.desktop || isFrameOpen()) return;
+    startUpdateCheck(); // for a user at a window, not for pictures
+    openOn(surroundings_.desktop(), parentWindow);
 }
 
 int COrvelScopeEditor::close() {
@@ -54,6 +57,9 @@ int COrvelScopeEditor::close() {
     Vardo::IdleList::instance().remove(this);
     analyser_.display().setWatched(false);
     closeFrame();
+    updateCheck_.reset(); // its question, if open, went with the frame
+    checkAsked_ = false;
+    downloadDone_ = false;
     return 1;
 }
 
@@ -97,6 +103,8 @@ void COrvelScopeEditor::onFrameClosing() {
     strips_.fill(nullptr);
     optionFields_ = nullptr;
     displayMenu_ = nullptr;
+    systemInfo_ = nullptr;
+    systemPage_ = nullptr;
 }
 
 int COrvelScopeEditor::eventDescriptor() {

@@ -1,5 +1,6 @@
 #include "views/SystemPage.h"
 
+#include "TextThatFits.h"
 #include "analysis/OrvelScope.h"
 #include "controls/Surfaces.h"
 #include "tree/Frame.h"
@@ -21,6 +22,7 @@ constexpr int kRuleAlpha = 36;
 constexpr CRect kThreadBox{330.0, 98.0, 346.0, 114.0};
 constexpr CRect kUpdate{662.0, 246.0, 752.0, 271.0};
 constexpr CRect kSupport{760.0, 246.0, 850.0, 271.0};
+constexpr double kStatusWidth = 320.0; // up to the buttons
 constexpr double kTitleSize = 12.0;
 constexpr double kNoteSize = 10.0;
 constexpr double kBoxNotesLeft = 358.0;
@@ -118,9 +120,15 @@ void CSystemPage::drawProduct(CDrawContext& context) const {
     context.setFont(kDefaultFont, kNoteSize, kRegularFont);
     context.setFontColor(colors().text1);
     context.drawStringAt(versionText_, at + CPoint{kControls, 258.0});
-    context.setFontColor(colors().text1.withAlpha(kSecondLineAlpha));
-    context.drawStringAt(status_.empty() ? std::string("Quillmere") : status_,
+    // What happened is to be read; what always stands there may stand back.
+    if (status_.empty()) context.setFontColor(colors().text1.withAlpha(kSecondLineAlpha));
+    context.drawStringAt(endThatFits(context, statusLine(), kStatusWidth),
                          at + CPoint{kControls, 272.0});
+}
+
+std::string CSystemPage::statusLine() const {
+    if (!status_.empty()) return status_;
+    return noUpdatesReason_.empty() ? "Quillmere" : noUpdatesReason_;
 }
 
 bool CSystemPage::press(Command& command) {
@@ -139,7 +147,10 @@ int CSystemPage::onMouseDown(CPoint where, std::int32_t* buttons) {
             setDirty(true);
             return kMouseHandled;
         }
-        if (updateRect().contains(where) && press(update_)) return kMouseHandled;
+        if (updateRect().contains(where)) {
+            if (!press(update_)) setStatus(noUpdatesReason_);
+            return kMouseHandled;
+        }
         if (supportRect().contains(where) && press(support_)) return kMouseHandled;
     }
     return IDisplayControl::onMouseDown(where, buttons);

@@ -32,8 +32,8 @@ class IScopeDataProvider {
     virtual void ClearLayer(int layer) = 0;
     /// Changes the width, at least 1, and starts over. Waits for a slice in progress.
     virtual void SetNumColumns(int numColumns) = 0;
-    /// Where on the ring the leftmost column of this reading lies, 0 to the width - 1. A place keeps
-    /// its column until the ring comes round: a reader can tell scrolling from change.
+    /// Where on the ring the leftmost column of this reading lies, 0 to the width - 1. A place
+    /// keeps its column until the ring comes round: a reader can tell scrolling from change.
     virtual int GetFirstPlace() = 0;
     /// Copies up to `count` columns from left to right. Gives 1.
     virtual int GetLayerData(int layer, ScopeColumn* destination, int count) = 0;

@@ -120,14 +120,42 @@ void XUser::sync() const {
 }
 
 std::uint32_t XUser::pixel(int x, int y) const {
+    const std::vector<std::uint32_t> one = pixels(x, y, 1, 1);
+    return one.empty() ? 0 : one.front();
+}
+
+std::vector<std::uint32_t> XUser::pixels(int x, int y, int width, int height) const {
     const Freed<xcb_get_image_reply_t> image{xcb_get_image_reply(
         xcb_,
         xcb_get_image(xcb_, XCB_IMAGE_FORMAT_Z_PIXMAP, screen_->root, static_cast<std::int16_t>(x),
-                      static_cast<std::int16_t>(y), 1, 1, ~0U),
+                      static_cast<std::int16_t>(y), static_cast<std::uint16_t>(width),
+                      static_cast<std::uint16_t>(height), ~0U),
         nullptr)};
-    if (!image) return 0;
+    std::vector<std::uint32_t> colors;
+    if (!image) return colors;
     const std::uint8_t* bytes = xcb_get_image_data(image.value);
-    return static_cast<std::uint32_t>(bytes[2] << 16 | bytes[1] << 8 | bytes[0]);
+    for (int i = 0; i < width * height; ++i, bytes += 4)
+        colors.push_back(static_cast<std::uint32_t>(bytes[2] << 16 | bytes[1] << 8 | bytes[0]));
+    return colors;
+}
+
+std::vector<XUser::Popup> XUser::popups() const {
+    std::vector<Popup> found;
+    const Freed<xcb_query_tree_reply_t> tree{
+        xcb_query_tree_reply(xcb_, xcb_query_tree(xcb_, screen_->root), nullptr)};
+    if (!tree) return found;
+    const xcb_window_t* windows = xcb_query_tree_children(tree.value);
+    for (int i = 0; i < xcb_query_tree_children_length(tree.value); ++i) {
+        const Freed<xcb_get_window_attributes_reply_t> about{xcb_get_window_attributes_reply(
+            xcb_, xcb_get_window_attributes(xcb_, windows[i]), nullptr)};
+        const Freed<xcb_get_geometry_reply_t> place{
+            xcb_get_geometry_reply(xcb_, xcb_get_geometry(xcb_, windows[i]), nullptr)};
+        // It may have gone since.
+        if (about && place && about->override_redirect != 0 &&
+            about->map_state == XCB_MAP_STATE_VIEWABLE)
+            found.push_back({place->x, place->y, place->width, place->height});
+    }
+    return found;
 }
 
 std::string XUser::property(xcb_window_t window, const std::string& name) const {

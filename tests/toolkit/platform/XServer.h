@@ -46,7 +46,14 @@ class XUser {
     void type(int keyCode) const;
     /// 0xRRGGBB on the screen.
     std::uint32_t pixel(int x, int y) const;
-    /// All of the screen as a PNG, for looking at.
+    /// The same of a rectangle, row by row; empty where it leaves the screen.
+    std::vector<std::uint32_t> pixels(int x, int y, int width, int height) const;
+    /// A window that no window manager looks after, as menus are.
+    struct Popup {
+        int x, y, width, height;
+    };
+    /// Those that are visible, the lowest first.
+    std::vector<Popup> popups() const;
     void sync() const;
     /// Bytes of a property.
     std::string property(xcb_window_t window, const std::string& name) const;

@@ -1,6 +1,7 @@
 #include "controls/Dial.h"
 
 #include "controls/Palette.h"
+#include "core/NumberText.h"
 #include "tree/SorelineEditor.h"
 
 #include <algorithm>
@@ -29,6 +30,21 @@ constexpr CColor kFace{62, 62, 74, 255}; // of the knob, in the middle of its sh
 constexpr double kHitRadius = 28.0;      // the ring with a little margin; the texts are no knob
 constexpr int kFrames = 65;
 constexpr int kSmallFrames = 128;
+
+/// Gives the parameter the value of a typed text. False, and nothing is changed, when it means
+/// nothing: parameters read any text as a number, and nonsense as 0. Without a digit it must be
+/// what the new value is called, as "Hold" is.
+bool readText(Vardo::IPluginParameter& parameter, const std::string& text) {
+    const float before = parameter.getValue();
+    parameter.setNotificationsOn(false); // all hear of it with the edit
+    parameter.setValueFromText(text.c_str());
+    const std::string called = valueText(parameter).substr(0, text.size());
+    const bool means = text.find_first_of("0123456789") != std::string::npos ||
+                       Core::equalsIgnoringCase(called.c_str(), text.c_str());
+    if (!means) parameter.setValue(before);
+    parameter.setNotificationsOn(true);
+    return means;
+}
 
 double angleOf(double value) { return (-135.0 + 270.0 * value) * std::numbers::pi / 180.0; }
 } // namespace
@@ -156,10 +172,10 @@ void CDial::openTyping() {
 void CDial::valueChanged(CControl* control) {
     if (!typing_ || control != typing_.get()) return;
     const Counted<CDialTextEdit> box = std::exchange(typing_, nullptr);
-    // An emptied box asks for nothing.
-    if (box->wasCommitted() && box->getText()[0] != 0 && getParameter() != nullptr) {
+    // An emptied box asks for nothing, nor does one that was only looked at.
+    const bool asks = box->wasCommitted() && box->wasChanged() && box->getText()[0] != 0;
+    if (asks && getParameter() != nullptr && readText(*getParameter(), box->getText())) {
         CControl::beginEdit();
-        getParameter()->setValueFromText(box->getText());
         readParameter();
         notifyParameter();
         reportValue();

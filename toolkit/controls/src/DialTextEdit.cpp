@@ -26,6 +26,7 @@ CDialTextEdit::CDialTextEdit(const CRect& size,
                              Vardo::IPluginParameter& parameter)
     : Sorel_TextEdit(infoFor(size), listener, 0) {
     setText(valueText(parameter).c_str());
+    offered_ = getText();
 }
 
 void CDialTextEdit::draw(CDrawContext& context) {

@@ -4,6 +4,7 @@
 #include "analysis/AnalyserEditor.h"
 #include "core/Strings.h"
 #include "frame/EditorHost.h"
+#include "online/SessionListener.h"
 #include "presets/SingleFXPresetInterface.h"
 #include "tree/SorelineEditor.h"
 
@@ -12,6 +13,10 @@
 #include <memory>
 #include <string>
 
+namespace Dorna {
+class UpdateCheck;
+} // namespace Dorna
+
 namespace Sorel {
 class CButtonBar;
 class CDisplayMenu;
@@ -19,6 +24,8 @@ class COffscreenPlatform;
 class COptionFields;
 class CPresetBrowser;
 class CScope;
+class CSystemInfo;
+class CSystemPage;
 class CVUMeter_Stereo;
 class IPlatform;
 } // namespace Sorel
@@ -33,6 +40,16 @@ struct EditorSurroundings {
     std::function<Sorel::IPlatform&()> desktop;
     /// As the system page shows it, "Version 1.0.4, 64 bit".
     std::string versionText;
+
+    /// As the update server and the support report name the product.
+    std::string product;
+    std::string version;
+    std::uint32_t versionNumber = 0; ///< two decimal digits a byte: 0x10004 is 1.0.4
+    std::string webId;
+    /// "host" or "host:port"; empty: updates are not checked, and the system page says so.
+    std::string updateServer;
+    /// Shows a folder or a web address to the user; empty for the desktop's own way.
+    std::function<void(const std::string& target)> openOnDesktop;
 };
 
 /// Threads: GUI thread. The plug-in owns it; the window opens and closes any number of times.
@@ -40,7 +57,9 @@ class COrvelScopeEditor final : public IAnalyserEditor,
                                 public Vardo::IEditorPicture,
                                 public Sorel::CSorelineEditor,
                                 public Sorel::CControlListener,
-                                public Sorel::IPresetNameStore {
+                                public Sorel::IPresetNameStore,
+                                public Dorna::IDornaSessionListener,
+                                private Dorna::IUpdateQuestion {
   public:
     static constexpr int kNumPages = 4;
 
@@ -80,6 +99,11 @@ class COrvelScopeEditor final : public IAnalyserEditor,
     const char* currentPresetName() const override { return presetName_.c_str(); }
     void setCurrentPresetName(const char* name) override { presetName_.assign(name); }
 
+    // IDornaSessionListener
+    void checkEnded(CheckOutcome outcome) override;
+    void downloadProgress(float fraction) override;
+    void downloadEnded(const std::filesystem::path& file) override;
+
     /// 0 scope, 1 spectrum, 2 stereo field, 3 system.
     void setActivePage(int page);
 
@@ -90,6 +114,7 @@ class COrvelScopeEditor final : public IAnalyserEditor,
     Sorel::CFrame* createFrame(const Sorel::CRect& rect, void* parentWindow) override;
     void onFrameCreated(Sorel::CFrame& frame) override;
     void onFrameClosing() override;
+    void onIdle() override;
     std::string windowTitle() const override { return "Orvel Scope"; }
     void onCloseRequested() override;
 
@@ -105,12 +130,27 @@ class COrvelScopeEditor final : public IAnalyserEditor,
     View* addDisplay(Sorel::CViewContainer& page, View* view, int index);
     void addStereoRooms(Sorel::CViewContainer& page);
 
+    void startUpdateCheck();
+    void wireSystemPage();
+    void updatePressed();
+    void supportPressed();
+    void openOnDesktop(const std::string& target);
+    std::string hostInterface() const;
+    bool askYesNo(const std::string& title,
+                  const std::string& text,
+                  std::function<void(bool yes)> answer) override;
+
     COrvelScope& analyser_;
     EditorSurroundings surroundings_;
     Vardo::IEditorHost* host_ = nullptr;
     std::unique_ptr<Sorel::COffscreenPlatform> memory_;
     Core::CStringBufferd<128> presetName_{"Default"};
     Sorel::CSingleFXPresetInterface presets_;
+
+    // While a window is open, and only with a server.
+    std::unique_ptr<Dorna::UpdateCheck> updateCheck_;
+    bool checkAsked_ = false;   // by the user
+    bool downloadDone_ = false; // and not yet told
 
     // Views; null while the window is closed.
     Sorel::CPresetBrowser* browser_ = nullptr;
@@ -121,6 +161,8 @@ class COrvelScopeEditor final : public IAnalyserEditor,
     Sorel::COptionFields* optionFields_ = nullptr;
     Sorel::CDisplayMenu* displayMenu_ = nullptr;
     Sorel::CScope* scope_ = nullptr;
+    Sorel::CSystemInfo* systemInfo_ = nullptr;
+    Sorel::CSystemPage* systemPage_ = nullptr;
 };
 
 } // namespace Orvel

@@ -52,8 +52,12 @@ class CSystemPage : public IDisplayControl {
     /// What "Update" and "Support" do; a button without an action is drawn dim and does nothing.
     void setUpdateAction(std::function<void()> action) { update_.action = std::move(action); }
     void setSupportAction(std::function<void()> action) { support_.action = std::move(action); }
-    /// Under the version; empty for the maker's name.
+    /// Why "Update" has no action; shown as the status, at first and when it is pressed anyway.
+    void setNoUpdatesReason(std::string reason) { noUpdatesReason_ = std::move(reason); }
+    /// Under the version, the end of it when it is long; empty for the reason above, or the maker's
+    /// name.
     void setStatus(const std::string& text);
+    std::string statusLine() const;
 
     void draw(CDrawContext& context) override;
     int onMouseDown(CPoint where, std::int32_t* buttons) override;
@@ -82,6 +86,7 @@ class CSystemPage : public IDisplayControl {
 
     std::string versionText_;
     std::string status_;
+    std::string noUpdatesReason_;
     Command update_;
     Command support_;
     std::uint64_t lastFade_ = 0; // ticks

@@ -3,6 +3,8 @@
 
 #include "controls/TextEdit.h"
 
+#include <string>
+
 namespace Sorel {
 
 /// Begins with the text of the parameter's value. What was typed is the dial's business.
@@ -11,8 +13,13 @@ class CDialTextEdit : public Sorel_TextEdit {
     CDialTextEdit(const CRect& size,
                   CControlListener* listener,
                   Vardo::IPluginParameter& parameter);
+    /// Another text stands there than at first. Read back, a rounded value would not be the same.
+    bool wasChanged() const { return offered_ != getText(); }
     void draw(CDrawContext& context) override;
     const char* getClassName() const override { return "CDialTextEdit"; }
+
+  private:
+    std::string offered_;
 };
 
 } // namespace Sorel

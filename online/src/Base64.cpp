@@ -1,0 +1,24 @@
+#include "online/Base64.h"
+
+#include <array>
+#include <cstdint>
+
+namespace Dorna {
+
+std::string encodeBase64(std::string_view bytes) {
+    constexpr std::string_view kAlphabet =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    text.reserve((bytes.size() + 2) / 3 * 4);
+    for (std::size_t at = 0; at < bytes.size(); at += 3) {
+        const std::string_view group = bytes.substr(at, 3);
+        std::uint32_t bits = 0;
+        for (std::size_t i = 0; i < 3; ++i)
+            bits = bits << 8 | (i < group.size() ? static_cast<std::uint8_t>(group[i]) : 0U);
+        for (std::size_t i = 0; i < 4; ++i)
+            text += i <= group.size() ? kAlphabet[bits >> (18 - 6 * i) & 63U] : '=';
+    }
+    return text;
+}
+
+} // namespace Dorna
