@@ -63,3 +63,16 @@ build() {
     echo "The $preset build failed; the lines above say why ($folder/build.log)." >&2
     return 1
 }
+
+# build_product TARGET...: in the release folder, for people who only want the program.
+build_product() {
+    # Tests need packages that the product does not: leave them out until ./test asks for them.
+    local fresh=(-DORVEL_TESTS=OFF -DORVEL_BENCH=OFF)
+    is_configured build -DCMAKE_BUILD_TYPE=Release || configure release "${fresh[@]}" || return 1
+    build release "$@" && return 0
+    # Tools that are gone or a damaged cache: ninja then fails before it compiles anything.
+    grep -qE 'CMake Error|ninja: (error|fatal)' build/build.log || return 1
+    echo "Configuring afresh." >&2
+    forget_configuration build
+    configure release "${fresh[@]}" && build release "$@"
+}
