@@ -11,6 +11,7 @@ constexpr int kLowestTickDb = -72;
 constexpr int kTickDb = 6;
 constexpr double kLevelTextRight = 22.0; // numbers end here, from the left edge
 constexpr double kShadeWidth = 40.0;
+constexpr int kNumberBedAlpha = 170;
 constexpr double kLineFoot = 12.0;  // frequency lines end above the bottom
 constexpr double kTextGap = 4.0;    // between two frequencies
 constexpr double kTextBottom = 3.0; // baseline of the frequencies, from the bottom
@@ -108,8 +109,13 @@ void SpectrumAxes::drawLevels(CDrawContext& context) const {
         const double y = std::floor(levelLine(static_cast<float>(db)));
         const bool fits = y - 4.0 >= room_.top && y + 4.0 <= room_.bottom - kFootHeight;
         if (!fits) continue;
-        context.drawStringAt(numberText(db, 0, db > 0), {room_.left + kLevelTextRight, y + 3.0},
-                             HorizontalAlign::kRight);
+        const std::string text = numberText(db, 0, db > 0);
+        const double right = room_.left + kLevelTextRight;
+        // A bed, so that grid and curves do not strike the number through.
+        const double left = std::floor(right - context.getStringWidth(text)) - 1.0;
+        context.setFillColor(kWellShade.withAlpha(kNumberBedAlpha));
+        context.drawRect({left, y - 4.0, right + 1.0, y + 4.0}, kFilled);
+        context.drawStringAt(text, {right, y + 3.0}, HorizontalAlign::kRight);
     }
 }
 

@@ -16,7 +16,7 @@ class Screen:
         return self
 
     def __exit__(self, *_):
-        self._server.terminate()
+        self._server.kill()  # a polite request is lost on it now and then
         self._server.wait()
 
     def _call(self, *command):

@@ -56,8 +56,16 @@ XServer::~XServer() { kill(); }
 
 void XServer::kill() {
     if (process_ <= 0) return;
-    ::kill(process_, SIGTERM);
-    waitpid(process_, nullptr, 0);
+    // It tidies up when it is asked to end, but a request that meets the leaving of its last client
+    // is lost on it now and then.
+    constexpr int kTries = 100;
+    bool ended = false;
+    for (int i = 0; i < kTries && !ended; ++i) {
+        if (i % 10 == 0) ::kill(process_, i + 10 < kTries ? SIGTERM : SIGKILL);
+        ended = waitpid(process_, nullptr, WNOHANG) != 0;
+        if (!ended) usleep(20'000);
+    }
+    if (!ended) waitpid(process_, nullptr, 0);
     process_ = 0;
 }
 
