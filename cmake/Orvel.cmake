@@ -66,6 +66,29 @@ function(orvel_test name)
     PROPERTIES TIMEOUT 300 LABELS "${TEST_LABELS}")
 endfunction()
 
+# orvel_plugin_module(NAME SUFFIX FOLDER SOURCES ... LINKS ...)
+# A module that hosts load, OrvelScope + SUFFIX in FOLDER: the adapter it links, and the plug-in. Only
+# the names in the caller's src/exports.map are seen from outside, so that several of them, and other
+# versions, live in one process.
+function(orvel_plugin_module name suffix folder)
+  cmake_parse_arguments(MODULE "" "" "SOURCES;LINKS" ${ARGN})
+  set(exports "${CMAKE_CURRENT_SOURCE_DIR}/src/exports.map")
+  add_library(${name} MODULE ${MODULE_SOURCES})
+  target_link_libraries(${name} PRIVATE orvel_options ${MODULE_LINKS} plugin)
+  target_link_options(${name} PRIVATE
+    -Wl,-Bsymbolic -Wl,-z,now -Wl,--version-script=${exports})
+  if(NOT ORVEL_SANITIZE)
+    # A sanitizer's own functions come with the program that loads the module.
+    target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  endif()
+  set_target_properties(${name} PROPERTIES
+    OUTPUT_NAME OrvelScope
+    PREFIX ""
+    SUFFIX ${suffix}
+    LINK_DEPENDS "${exports}"
+    LIBRARY_OUTPUT_DIRECTORY "${folder}")
+endfunction()
+
 # orvel_bench(NAME SOURCES ... LINKS ...)
 # A Google Benchmark program. Never run as a test: its figures are for people.
 function(orvel_bench name)
