@@ -11,7 +11,7 @@ namespace Standalone {
 
 namespace {
 // The audio thread wakes nobody. Far less than the ring lasts at any sample rate.
-constexpr auto kLookInterval = std::chrono::milliseconds(5);
+constexpr auto kLookInterval = std::chrono::milliseconds(20);
 } // namespace
 
 FileStream::FileStream(std::unique_ptr<AudioSource> source)

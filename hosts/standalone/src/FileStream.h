@@ -49,7 +49,7 @@ class FileStream {
 
   private:
     // 65536 frames: more than a second at 48 kHz, and half a megabyte.
-    static constexpr std::size_t kPieces = 128;
+    static constexpr std::size_t kPieces = 64;
 
     void readAhead();
     bool fillPiece();

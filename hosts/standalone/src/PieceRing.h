@@ -13,7 +13,7 @@ namespace Standalone {
 
 /// Frames that follow each other in their source.
 struct Piece {
-    static constexpr int kMostFrames = 512;
+    static constexpr int kMostFrames = 1024;
 
     std::array<float, kMostFrames> left;
     std::array<float, kMostFrames> right;

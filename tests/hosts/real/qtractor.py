@@ -81,5 +81,10 @@ def photograph(plugin, name, work, picture):
             return started[2].poll() is None
         finally:
             for program in reversed(started):
-                program.kill()
-                program.wait()
+                # A sound server that is killed leaves its name taken for good.
+                program.terminate()
+                try:
+                    program.wait(5)
+                except subprocess.TimeoutExpired:
+                    program.kill()
+                    program.wait()
