@@ -1,7 +1,7 @@
 // The binary's window inside a host's, on a real display: opened, worked, closed, and two at once.
 #include "BinaryModule.h"
 #include "FakeHost.h"
-#include "XServer.h"
+#include "InstrumentEyes.h"
 
 #include <gtest/gtest.h>
 
@@ -13,10 +13,6 @@
 namespace {
 
 using namespace vst2;
-
-void* asParent(xcb_window_t window) {
-    return reinterpret_cast<void*>(static_cast<std::uintptr_t>(window));
-}
 
 class BinaryEditorWindow : public testing::Test {
   protected:
@@ -38,16 +34,8 @@ class BinaryEditorWindow : public testing::Test {
         }
         return condition();
     }
-    /// The window shows the instrument: header, wells and deck have their own greys.
-    bool showsInstrument(int x, int y) {
-        const auto blueOf = [](std::uint32_t pixel) { return pixel & 0xFF; };
-        const auto redOf = [](std::uint32_t pixel) { return pixel >> 16 & 0xFF; };
-        const std::uint32_t header = user_->pixel(x + 820, y + 40);
-        const std::uint32_t well = user_->pixel(x + 20, y + 425);
-        return redOf(header) > 45 && redOf(header) < 62 && blueOf(header) > redOf(header) &&
-               blueOf(well) > redOf(well) + 15;
-    }
-    bool isLit(int x, int y) { return (user_->pixel(x, y) >> 16 & 0xFF) > 180; }
+    bool showsInstrument(int x, int y) const { return ::showsInstrument(*user_, x, y); }
+    bool isLit(int x, int y) const { return ::isLit(*user_, x, y); }
 
     XServer server_;
     std::unique_ptr<XUser> user_;

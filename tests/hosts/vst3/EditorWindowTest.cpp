@@ -1,6 +1,6 @@
 // The VST3 binary's window inside a host's, on a real display and the host's own run loop.
 #include "BinaryModule3.h"
-#include "XServer.h"
+#include "InstrumentEyes.h"
 
 #include <chrono>
 #include <memory>
@@ -11,10 +11,6 @@ namespace vst3_test {
 namespace {
 
 constexpr auto kWindow = "X11EmbedWindowID";
-
-void* asParent(xcb_window_t window) {
-    return reinterpret_cast<void*>(static_cast<std::uintptr_t>(window));
-}
 
 class BinaryEditorWindow3 : public testing::Test {
   protected:
@@ -42,16 +38,8 @@ class BinaryEditorWindow3 : public testing::Test {
             loop_.turn();
         return condition();
     }
-    /// Header and wells have their own greys.
-    bool showsInstrument(int x, int y) const {
-        const auto blueOf = [](std::uint32_t pixel) { return pixel & 0xFF; };
-        const auto redOf = [](std::uint32_t pixel) { return pixel >> 16 & 0xFF; };
-        const std::uint32_t header = user_->pixel(x + 820, y + 40);
-        const std::uint32_t well = user_->pixel(x + 20, y + 425);
-        return redOf(header) > 45 && redOf(header) < 62 && blueOf(header) > redOf(header) &&
-               blueOf(well) > redOf(well) + 15;
-    }
-    bool isLit(int x, int y) const { return (user_->pixel(x, y) >> 16 & 0xFF) > 180; }
+    bool showsInstrument(int x, int y) const { return ::showsInstrument(*user_, x, y); }
+    bool isLit(int x, int y) const { return ::isLit(*user_, x, y); }
 
     XServer server_;
     std::unique_ptr<XUser> user_;
