@@ -94,6 +94,38 @@ TEST(Pixels, AreWithinOneOfTheUnroundedResult) {
     }
 }
 
+/// Long rows begin with the loops for newer processors, short ones do not reach them.
+TEST(Pixels, LongRowsAreShortRowsSideBySide) {
+    constexpr int kCount = 61;
+    std::mt19937 random(5);
+    const auto byte = [&] { return static_cast<std::uint8_t>(random()); };
+    for (int round = 0; round < 200; ++round) {
+        std::vector<std::uint8_t> whole(4 * kCount);
+        std::vector<Pixels::Pixel> source(kCount);
+        std::vector<std::uint8_t> coverage(kCount);
+        for (std::uint8_t& channel : whole)
+            channel = byte();
+        for (std::size_t i = 0; i < kCount; ++i) {
+            // Opaque and empty stretches, and what lies between.
+            const std::uint8_t alpha = i / 16 % 3 == 0 ? 255 : i / 16 % 3 == 1 ? 0 : byte();
+            source[i] = Pixels::premultiplied({byte(), byte(), byte(), alpha});
+            coverage[i] = i / 9 % 3 == 0 ? 0 : byte();
+        }
+        const CColor color{byte(), byte(), byte(), round % 4 == 0 ? std::uint8_t{255} : byte()};
+        std::vector<std::uint8_t> pieces = whole;
+        const auto draw = [&](std::uint8_t* row, int first, int count) {
+            const std::uint8_t* const part = coverage.data() + first;
+            if (round % 3 == 0) Pixels::blend(row, count, color);
+            if (round % 3 == 1) Pixels::blend(row, count, color, part);
+            if (round % 3 == 2) Pixels::blend(row, count, source.data() + first, std::uint8_t{255});
+        };
+        draw(whole.data(), 0, kCount);
+        for (int first = 0; first < kCount; first += 7)
+            draw(pieces.data() + 4 * first, first, std::min(7, kCount - first));
+        ASSERT_EQ(whole, pieces) << round;
+    }
+}
+
 // ---- Columns -----------------------------------------------------------------------------------
 
 struct Band {

@@ -2,6 +2,7 @@
 #include "BinaryModule.h"
 #include "FakeHost.h"
 #include "Hammer.h"
+#include "Signals.h"
 #include "core/Settings.h"
 
 #include <dlfcn.h>
@@ -19,6 +20,8 @@
 #include <thread>
 
 namespace {
+
+using orvel_test::noise;
 
 using namespace vst2;
 std::string outputOf(const std::string& command) {
@@ -54,14 +57,6 @@ bool comesDownTo(int count) {
     for (int attempt = 0; attempt < 2000 && threadCount() > count; ++attempt)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     return threadCount() == count;
-}
-
-std::vector<float> noise(std::size_t frames, unsigned seed) {
-    std::mt19937 random(seed);
-    std::uniform_real_distribution<float> range(-1.0F, 1.0F);
-    std::vector<float> samples(frames);
-    std::generate(samples.begin(), samples.end(), [&] { return range(random); });
-    return samples;
 }
 
 std::vector<char> stateOf(const Effect& effect) {
@@ -143,8 +138,8 @@ TEST_F(Binary, AudioPassesBitForBitAtAnyBlockSize) {
     }
     for (const int block : {1, 7, 64, 480, 512, 1000, 4096}) {
         for (int round = 0; round < 8; ++round) {
-            const auto left = noise(static_cast<std::size_t>(block), 1U + unsigned(round));
-            const auto right = noise(static_cast<std::size_t>(block), 100U + unsigned(round));
+            const auto left = noise(block, 1U + unsigned(round));
+            const auto right = noise(block, 100U + unsigned(round));
             for (const Effect* effect : {&first, &second}) {
                 const auto out = effect->run({left, right}, 2);
                 ASSERT_EQ(std::memcmp(out[0].data(), left.data(), left.size() * 4), 0) << block;

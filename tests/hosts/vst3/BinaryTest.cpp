@@ -1,6 +1,7 @@
 // The VST3 binary as a host meets it, alone and beside the VST2 one.
 #include "BinaryModule.h"
 #include "BinaryModule3.h"
+#include "Signals.h"
 #include "core/Settings.h"
 
 #include <algorithm>
@@ -16,15 +17,9 @@
 namespace vst3_test {
 namespace {
 
-std::vector<float> noise(std::size_t frames, unsigned seed) {
-    std::mt19937 random(seed);
-    std::uniform_real_distribution<float> range(-1.0F, 1.0F);
-    std::vector<float> samples(frames);
-    std::generate(samples.begin(), samples.end(), [&] { return range(random); });
-    return samples;
-}
+using orvel_test::noise;
 
-bool passes(const Effect3& effect, std::size_t frames, unsigned seed) {
+bool passes(const Effect3& effect, int frames, unsigned seed) {
     Block block({noise(frames, seed), noise(frames, seed + 1000)}, 2);
     return effect.processor->process(block.data) == kResultOk && block.out == block.in;
 }
@@ -101,7 +96,7 @@ TEST(Binary3, AudioPassesBitForBitAtOddSizesAndRates) {
     for (const double rate : {8000.0, 44100.0, 47999.5, 192000.0, 384000.0}) {
         for (const int32 announced : {1, 63, 512}) {
             effect.prepare(rate, announced);
-            for (const std::size_t frames : {1U, 7U, 64U, 480U, 1000U, 4096U})
+            for (const int frames : {1, 7, 64, 480, 1000, 4096})
                 ASSERT_TRUE(passes(effect, frames, seed++)) << rate << ' ' << frames;
             effect.processor->setProcessing(0); // and off in the middle of it
             effect.component->setActive(0);
@@ -195,7 +190,7 @@ TEST_P(BinaryThreads3, SurviveAHostOfManyThreads) {
         std::thread audio([&] {
             Changes changes({Queue(0, {{0, 0.5}})});
             for (unsigned round = 0; !stop; ++round, ++blocks) {
-                const std::size_t frames = 1 + round * 37 % 1024;
+                const int frames = 1 + static_cast<int>(round * 37 % 1024);
                 Block block({noise(frames, round), noise(frames, round + 1)}, 2);
                 changes.queues[0].id = round % 9;
                 changes.queues[0].points[0].second = round % 11 / 10.0;

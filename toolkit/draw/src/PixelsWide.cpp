@@ -3,7 +3,7 @@
 #include <cstring>
 #include <immintrin.h>
 
-// Only what lies between these is compiled for the wider registers.
+// Only what carries this is compiled for the wider registers, so that nothing else needs them.
 #define ORVEL_AVX2 __attribute__((target("avx2")))
 
 namespace Sorel::Pixels::Wide {

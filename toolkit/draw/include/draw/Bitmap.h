@@ -54,12 +54,18 @@ class CBitmap : public CBaseObject {
     /// Pixels; 0 when nothing is loaded.
     double getWidth() const { return width_; }
     double getHeight() const { return height_; }
-    IOSBitmap& surface() { return surface_; }
-    CRenderer& renderer() { return renderer_; }
-    /// Draws into this picture.
-    CDrawContext& context() { return *context_; }
+    // Whoever asks for these may draw into the picture.
+    IOSBitmap& surface() { return open(surface_); }
+    CRenderer& renderer() { return open(renderer_); }
+    CDrawContext& context() { return open(*context_); }
 
   private:
+    /// From now on nothing is known of the pixels.
+    template <class Way>
+    Way& open(Way& way) {
+        surface_.isOpaque = false;
+        return way;
+    }
     void bindSurface();
     void blend(CDrawContext& context, const CRect& rect, CPoint offset, double alpha);
 
