@@ -1,6 +1,7 @@
 #include "analysis/SpectrumModel.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -11,6 +12,19 @@ namespace {
 // whether it rises or falls.
 constexpr float kNearFullScale = 0.85F;
 constexpr float kElsewhere = 0.35F;
+
+/// Several at a time: the highest of all is looked for in each step.
+float highestOf(const std::vector<float>& levels) noexcept {
+    std::array<float, 16> highest;
+    highest.fill(kLowestShownDb);
+    const std::size_t whole = levels.size() / highest.size() * highest.size();
+    for (std::size_t i = 0; i < whole; i += highest.size())
+        for (std::size_t lane = 0; lane < highest.size(); ++lane)
+            highest[lane] = std::max(highest[lane], levels[i + lane]);
+    for (std::size_t i = whole; i < levels.size(); ++i)
+        highest[0] = std::max(highest[0], levels[i]);
+    return *std::max_element(highest.begin(), highest.end());
+}
 } // namespace
 
 SpectrumModel::SpectrumModel() = default;
@@ -103,19 +117,30 @@ void SpectrumModel::step() noexcept {
 }
 
 void SpectrumModel::stepLine() noexcept {
-    float highest = kLowestShownDb;
-    std::size_t highestBin = 0;
-    for (std::size_t i = 0; i < smoothed_.size(); ++i) {
-        const float level = frame_.levelsDb[i];
-        smoothed_[i] += (level - smoothed_[i]) * (level >= 0 ? kNearFullScale : kElsewhere);
-        if (smoothed_[i] > highest) {
-            highest = smoothed_[i];
-            highestBin = i;
-        }
-        hold_.step(level, kStepMs, peak_[i], peakTimeMs_[i]);
-        peak_[i] = std::max(peak_[i], smoothed_[i]);
+    const SpectrumPeakHold hold = hold_; // what is written below is none of it
+    const std::size_t count = smoothed_.size();
+    const float* const levels = frame_.levelsDb.data();
+    float* const smoothed = smoothed_.data();
+    float* const peaks = peak_.data();
+    float* const waiting = peakTimeMs_.data();
+    for (std::size_t i = 0; i < count; ++i) {
+        const float level = levels[i];
+        const float now =
+            smoothed[i] + (level - smoothed[i]) * (level >= 0 ? kNearFullScale : kElsewhere);
+        float peak = peaks[i];
+        float wait = waiting[i];
+        hold.step(level, kStepMs, peak, wait);
+        smoothed[i] = now;
+        peaks[i] = std::max(peak, now);
+        waiting[i] = wait;
     }
-    setHighest(highest, static_cast<double>(highestBin) * binHz_);
+    const float highest = highestOf(smoothed_);
+    if (highest <= kLowestShownDb) {
+        setHighest(kLowestShownDb, 0.0);
+        return;
+    }
+    const auto bin = std::find(smoothed_.begin(), smoothed_.end(), highest) - smoothed_.begin();
+    setHighest(highest, static_cast<double>(bin) * binHz_);
 }
 
 void SpectrumModel::stepBands() noexcept {

@@ -21,20 +21,9 @@ class KernelsTest : public testing::TestWithParam<const Kernels*> {
 
 std::vector<float> awkward(int samples, std::uint32_t seed) {
     auto values = orvel_test::noise(samples, seed, 2.0F);
-    constexpr float kSpecial[] = {0.0F,
-                                  -0.0F,
-                                  1.0F,
-                                  -1.0F,
-                                  1e-40F,
-                                  -1e-40F,
-                                  14.65F,
-                                  -14.66F,
-                                  1e6F,
-                                  -3e38F,
-                                  std::numeric_limits<float>::infinity(),
-                                  -std::numeric_limits<float>::infinity(),
-                                  std::numeric_limits<float>::quiet_NaN(),
-                                  -std::numeric_limits<float>::quiet_NaN()};
+    constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+    constexpr float kSpecial[] = {0.0F,    -0.0F, 1.0F,   -1.0F,     1e-40F,     -1e-40F, 14.65F,
+                                  -14.66F, 1e6F,  -3e38F, HUGE_VALF, -HUGE_VALF, kNan,    -kNan};
     std::mt19937 generator(seed);
     for (float& value : values)
         if (generator() % 4 == 0) value = kSpecial[generator() % std::size(kSpecial)];
@@ -115,6 +104,19 @@ TEST_P(KernelsTest, squaresSlideInWholeNumbersAndSaturate) {
             expected -= old[i];
         }
         ASSERT_EQ(change, expected);
+    }
+}
+
+TEST_P(KernelsTest, rangesAreLowestAndHighest) {
+    for (int count = 1; count < 80; ++count) {
+        auto values = orvel_test::noise(count, static_cast<std::uint32_t>(count));
+        if (count % 3 == 0) values[0] = -0.0F;
+        if (count % 5 == 0) std::fill(values.begin(), values.end(), -1e-40F);
+        float low = 0;
+        float high = 0;
+        kernels().findRange(values.data(), count, &low, &high);
+        EXPECT_EQ(low, *std::min_element(values.begin(), values.end()));
+        EXPECT_EQ(high, *std::max_element(values.begin(), values.end()));
     }
 }
 

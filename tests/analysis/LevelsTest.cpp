@@ -73,13 +73,8 @@ TEST(FloatingRMS, readsSineThreeDecibelsLowOrAsItsPeak) {
     EXPECT_NEAR(20 * std::log10(rms.value()), 0.0, 0.001);
     rms.setLength(200);
     EXPECT_EQ(rms.value(), 0.0F) << "a new length starts over";
-}
-
-TEST(FloatingRMS, neverHasAnEmptyWindow) {
-    auto rms = makeRms(1000, 0.001F);
-    EXPECT_EQ(rms.window(), 1);
-    auto long_ = makeRms(44100, 5000);
-    EXPECT_EQ(long_.window(), 44100) << "limited to the ring";
+    EXPECT_EQ(makeRms(1000, 0.001F).window(), 1) << "never empty";
+    EXPECT_EQ(makeRms(44100, 5000).window(), 44100) << "limited to the ring";
 }
 
 TEST(HistogramScale, agreesWithTheLogarithmForEveryFinitePositiveFloat) {
@@ -145,23 +140,13 @@ TEST(PeakFollower, advancesInClosedFormAsItStepsSampleBySample) {
             }
             double input = 0;
             for (int slice = 0; slice < 3000; ++slice) {
-                // Mostly small moves, now and then silence, a jump, or just above what it shows.
-                switch (generator() % 8) {
-                case 0:
-                    input = level(generator);
-                    break;
-                case 1:
-                    input = 0;
-                    break;
-                case 2:
-                    input = stepped.value() * 1.01;
-                    break;
-                case 3:
-                    input *= 1.0001;
-                    break;
-                default:
-                    break;
-                }
+                // Mostly nothing new, now and then a jump, silence, just above what it shows, a
+                // small move.
+                const unsigned move = generator() % 8;
+                if (move == 0) input = level(generator);
+                if (move == 1) input = 0;
+                if (move == 2) input = stepped.value() * 1.01;
+                if (move == 3) input *= 1.0001;
                 const int samples = static_cast<int>(generator() % 60);
                 for (int i = 0; i < samples; ++i)
                     stepped.step(input);

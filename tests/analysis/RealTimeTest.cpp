@@ -240,36 +240,27 @@ TEST(Threads, mayDoEverythingWhileAudioRuns) {
     std::mt19937 generator(1);
     Vardo::AnalysisSnapshot snapshot;
     for (int round = 0; round < 400; ++round) {
-        switch (round % 8) {
-        case 0:
-            scope.setBlockSize(16 + static_cast<int>(generator() % 500));
-            break;
-        case 1:
-            scope.setSampleRate(8000 + static_cast<double>(generator() % 90000));
-            break;
-        case 2: {
+        const auto below = [&](unsigned end) { return static_cast<int>(generator() % end); };
+        const auto set = [&](ParameterId id, int plain) {
+            scope.parameter(id).setValue(static_cast<float>(plain));
+        };
+        const int what = round % 8;
+        if (what == 0) scope.setBlockSize(16 + below(500));
+        if (what == 1) scope.setSampleRate(8000 + below(90000));
+        if (what == 2) {
             void* data = nullptr;
             const int size = scope.getChunk(&data);
             scope.setChunk(data, size);
-            break;
         }
-        case 3:
-            scope.reset();
-            break;
-        case 4:
-            scope.setThreadedProcessing(generator() % 2 == 0);
-            break;
-        case 5:
-            scope.readAnalysis(snapshot);
-            break;
-        case 6:
-            scope.parameter(kGlobalRMSLength).setValue(static_cast<float>(generator() % 1000));
-            break;
-        default:
-            scope.setActivePage(static_cast<int>(generator() % 4));
-            scope.parameter(kGlobalMeteringMode).setValue(static_cast<float>(generator() % 5));
-            scope.parameter(kSpectrumFFTSize).setValue(static_cast<float>(generator() % 4));
-            scope.setBypass(generator() % 2 == 0);
+        if (what == 3) scope.reset();
+        if (what == 4) scope.setThreadedProcessing(below(2) == 0);
+        if (what == 5) scope.readAnalysis(snapshot);
+        if (what == 6) set(kGlobalRMSLength, below(1000));
+        if (what == 7) {
+            scope.setActivePage(below(4));
+            set(kGlobalMeteringMode, below(5));
+            set(kSpectrumFFTSize, below(4));
+            scope.setBypass(below(2) == 0);
             scope.onIdle();
         }
     }

@@ -19,23 +19,14 @@ std::vector<float> awfulSignal(int kind, int samples) {
     for (std::size_t i = 0; i < signal.size(); ++i) {
         constexpr float kWild[] = {
             std::numeric_limits<float>::quiet_NaN(), HUGE_VALF, -HUGE_VALF, 3e38F, 0.0F, 1.0F};
-        switch (kind) {
-        case 0:
-            signal[i] = kWild[i * 7 % std::size(kWild)];
-            break;
-        case 1:
-            signal[i] = i % 2 == 0 ? 1e-40F : -3e-42F;
-            break; // denormal
-        case 2:
-            signal[i] = i / 37 % 2 == 0 ? 1.0F : -1.0F;
-            break; // full-scale square
-        case 3:
-            signal[i] = i % 1000 == 500 ? 1.0F : 0.0F;
-            break; // single samples
-        default:
-            signal[i] = i % 2 == 0 ? 3e38F : -3e38F;
-            break; // Nyquist, absurdly loud
-        }
+        const float values[] = {
+            kWild[i * 7 % std::size(kWild)],
+            i % 2 == 0 ? 1e-40F : -3e-42F,  // denormal
+            i / 37 % 2 == 0 ? 1.0F : -1.0F, // full-scale square
+            i % 1000 == 500 ? 1.0F : 0.0F,  // single samples
+            i % 2 == 0 ? 3e38F : -3e38F,    // Nyquist, absurdly loud
+        };
+        signal[i] = values[kind];
     }
     return signal;
 }

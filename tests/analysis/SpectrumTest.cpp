@@ -271,19 +271,6 @@ TEST(SpectrumAnalyser, silenceReadsTheFloorBesideAnything) {
     }
 }
 
-TEST(SpectrumAnalyser, forgetsEverythingAfterOneFrameLength) {
-    const auto clean = noise(3 * 4096, 12);
-    SpectrumAnalyser fresh;
-    fresh.configure(48000, 1, 16);
-    feed(fresh, clean, clean);
-    SpectrumAnalyser used;
-    used.configure(48000, 1, 16);
-    feed(used, noise(4096 + 256, 2, 1e6F), noise(4096 + 256, 3, 1e-40F));
-    feed(used, clean, clean);
-    EXPECT_EQ(levels(fresh, Vardo::kMid), levels(used, Vardo::kMid));
-    EXPECT_EQ(levels(fresh, Vardo::kSide), levels(used, Vardo::kSide));
-}
-
 TEST(SpectrumAnalyser, startsAnewWithAnotherSizeOrRateButNotWithAnotherSpeed) {
     SpectrumAnalyser analyser;
     Slice nothing;

@@ -83,10 +83,8 @@ TEST_F(Paths, ContentLocationIsMadeOnceAndKept) {
     EXPECT_EQ(Core::getContentLocation(), longest + '/');
     write(folder / "config/QUILLMERE/Orvel Scope.conf", "ContentLocation =\n");
     EXPECT_EQ(Core::getContentLocation(), home("Elsewhere/Quillmere/Orvel Scope/"));
-}
 
-TEST_F(Paths, ContentLocationWorksWhereNothingCanBeKept) {
-    write(folder / "file", "");
+    write(folder / "file", ""); // nothing can be kept there
     setVariable("XDG_CONFIG_HOME", (folder / "file").c_str());
     EXPECT_EQ(Core::getContentLocation(), home("Quillmere/Orvel Scope/"));
 }

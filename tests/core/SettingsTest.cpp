@@ -62,7 +62,10 @@ TEST_F(Settings, WritesReadsReplaces) {
     EXPECT_FALSE(writeSetting(kPath, "Other", "")) << "an empty value writes nothing";
     for (const char* name : {"", "a=b", "a\nb", "#a"})
         EXPECT_FALSE(writeSetting(kPath, name, "x")) << name;
-    EXPECT_EQ(read(userFile()), "THREADING = FALSE\nOther = x\n");
+    EXPECT_EQ(readSetting("New", ""), (Result{false, ""}));
+    EXPECT_EQ(readSetting("New", "default"), (Result{false, "default"})) << "and is written";
+    EXPECT_EQ(readSetting("New", "another"), (Result{true, "default"}));
+    EXPECT_EQ(read(userFile()), "THREADING = FALSE\nOther = x\nNew = default\n");
 }
 
 TEST_F(Settings, TextsComeBackExactly) {
@@ -101,13 +104,6 @@ TEST_F(Settings, MachineFoldersAreTakenInTheirOrder) {
     write(machineFile("first"), "A = first\n");
     EXPECT_EQ(readSetting("A"), (Result{true, "first"}));
     EXPECT_EQ(readSetting("B"), (Result{true, "second"}));
-}
-
-TEST_F(Settings, DefaultIsTheResultAndIsWritten) {
-    EXPECT_EQ(readSetting("THREADING", "TRUE"), (Result{false, "TRUE"}));
-    EXPECT_EQ(readSetting("THREADING", "FALSE"), (Result{true, "TRUE"}));
-    EXPECT_EQ(readSetting("Other", ""), (Result{false, ""}));
-    EXPECT_EQ(read(userFile()), "THREADING = TRUE\n");
 }
 
 TEST_F(Settings, WhatPeopleWroteStays) {
@@ -158,10 +154,8 @@ TEST_F(Settings, FoldersFallBack) {
     struct stat made {};
     ASSERT_EQ(stat((folder / "home/.config").c_str(), &made), 0);
     EXPECT_EQ(made.st_mode & 0777, 0700U);
-}
 
-TEST_F(Settings, NothingWorksGivesTheDefault) {
-    write(folder / "file", "");
+    write(folder / "file", ""); // no folder can be made there
     setVariable("XDG_CONFIG_HOME", (folder / "file").c_str());
     EXPECT_EQ(readSetting("THREADING", "TRUE"), (Result{false, "TRUE"}));
     EXPECT_FALSE(writeSetting(kPath, "THREADING", "TRUE"));

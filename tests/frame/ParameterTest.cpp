@@ -37,13 +37,9 @@ float typed(int kind, float min, float max, const char* text) {
 }
 
 TEST(ValueTaper, bothWaysAreInverse) {
-    for (const double skew : {-0.9, -0.3, 0.0, 2.0, 13.5, 28.0}) {
-        EXPECT_NEAR(plainToTaper(0, skew), 0, 1e-15);
-        EXPECT_NEAR(plainToTaper(1, skew), 1, 1e-15);
+    for (const double skew : {-0.9, -0.3, 0.0, 2.0, 13.5, 28.0})
         for (int i = 0; i <= 100; ++i)
             EXPECT_NEAR(taperToPlain(plainToTaper(i / 100.0, skew), skew), i / 100.0, 1e-12);
-    }
-    EXPECT_EQ(plainToTaper(0.3, 0), 0.3);
     EXPECT_NEAR(taperToPlain(0.5, 13.5), 0.0645, 0.0001) << "about -24 dB of input gain";
 }
 
@@ -64,45 +60,52 @@ TEST(ParameterProperty, valuesStayInsideTheirLimits) {
 }
 
 TEST(ParameterProperty, textsByKind) {
-    struct Case {
+    const struct {
         int kind;
         float min, max, plain;
         int flags;
         const char* text;
-    };
-    for (const Case& each :
-         {Case{kPercentOfRange, 0, 2, 0.5F, kShortForm | kWithUnit, "25%"},
-          Case{kPercentOfRange, -1, 1, -0.5F, 0, "-50.00"},
-          Case{kGainInDecibels, 0, 1, 0, 0, "-oo"},
-          Case{kGainInDecibels, 0, 1, 0.5F, kWithUnit, "-6.02dB"},
-          Case{kSignedPercent, -1, 1, -0.25F, 0, "-25.00%"},
-          Case{kPitchOffset, -12, 12, -1.5F, 0, "-1 -50 cent"}, Case{kSwitch, 0, 1, 0.5F, 0, "On"},
-          Case{kBalance, -1, 1, 0, 0, "Center"}, Case{kBalance, -1, 1, -0.5F, 0, "Left 50"},
-          Case{kNote, 0, 127, 61, 0, "C#3"}, Case{kInteger, 0, 10, 2.98F, 0, "3"},
-          Case{kRatio, 0, 10, 10, 0, " 1 : inf"},
-          Case{kMilliseconds, 0, 100, 12.34F, kWithUnit, "12.3ms"},
-          Case{kHertz, 0, 100, 12.34F, kShortForm, "12"}})
+    } cases[] = {{kPercentOfRange, 0, 2, 0.5F, kShortForm | kWithUnit, "25%"},
+                 {kPercentOfRange, -1, 1, -0.5F, 0, "-50.00"},
+                 {kGainInDecibels, 0, 1, 0, 0, "-oo"},
+                 {kGainInDecibels, 0, 1, 0.5F, kWithUnit, "-6.02dB"},
+                 {kSignedPercent, -1, 1, -0.25F, 0, "-25.00%"},
+                 {kPitchOffset, -12, 12, -1.5F, 0, "-1 -50 cent"},
+                 {kSwitch, 0, 1, 0.5F, 0, "On"},
+                 {kBalance, -1, 1, 0, 0, "Center"},
+                 {kBalance, -1, 1, -0.5F, 0, "Left 50"},
+                 {kNote, 0, 127, 61, 0, "C#3"},
+                 {kInteger, 0, 10, 2.98F, 0, "3"},
+                 {kRatio, 0, 10, 10, 0, " 1 : inf"},
+                 {kMilliseconds, 0, 100, 12.34F, kWithUnit, "12.3ms"},
+                 {kHertz, 0, 100, 12.34F, kShortForm, "12"}};
+    for (const auto& each : cases)
         EXPECT_EQ(textOf(each.kind, each.min, each.max, each.plain, each.flags), each.text);
 }
 
 TEST(ParameterProperty, readsWhatUsersType) {
-    struct Case {
+    const struct {
         int kind;
         float min, max;
         const char* text;
         float value;
-    };
-    for (const Case& each :
-         {Case{kPercentOfRange, 10, 20, "50 %", 15}, // a position in the range
-          Case{kGainInDecibels, 0, 1, " -6,02 dB", 0.5F}, Case{kGainInDecibels, 0, 1, "-oo", 0},
-          Case{kGainInDecibels, 0, 1, "loud", 1}, // the number 0: 0 dB
-          Case{kNote, 0, 127, "a# -1", 22}, Case{kNote, 0, 127, "A", 0},
-          Case{kRatio, 1, 10, "1: 4", 4}, Case{kRatio, 1, 10, " 1 : inf", 10},
-          Case{kRatio, 1, 10, "-inf", 1}, Case{kSwitch, 0, 1, "on", 1},
-          Case{kBalance, -1, 1, "Left 50", -0.5F},
-          Case{kPitchOffset, -12, 12, "-1 -50 cent", -1.5F},
-          Case{kSignedPercent, -2, 2, "-25.00%", -0.5F}, Case{kNumber, -5, 5, "nan", 0},
-          Case{kNumber, -5, 5, "1e999", 5}, Case{kNumber, -5, 5, "", 0}})
+    } cases[] = {{kPercentOfRange, 10, 20, "50 %", 15}, // a position in the range
+                 {kGainInDecibels, 0, 1, " -6,02 dB", 0.5F},
+                 {kGainInDecibels, 0, 1, "-oo", 0},
+                 {kGainInDecibels, 0, 1, "loud", 1}, // the number 0: 0 dB
+                 {kNote, 0, 127, "a# -1", 22},
+                 {kNote, 0, 127, "A", 0},
+                 {kRatio, 1, 10, "1: 4", 4},
+                 {kRatio, 1, 10, " 1 : inf", 10},
+                 {kRatio, 1, 10, "-inf", 1},
+                 {kSwitch, 0, 1, "on", 1},
+                 {kBalance, -1, 1, "Left 50", -0.5F},
+                 {kPitchOffset, -12, 12, "-1 -50 cent", -1.5F},
+                 {kSignedPercent, -2, 2, "-25.00%", -0.5F},
+                 {kNumber, -5, 5, "nan", 0},
+                 {kNumber, -5, 5, "1e999", 5},
+                 {kNumber, -5, 5, "", 0}};
+    for (const auto& each : cases)
         EXPECT_NEAR(typed(each.kind, each.min, each.max, each.text), each.value, 1e-4) << each.text;
 }
 
@@ -159,21 +162,14 @@ TEST(ParameterListeners, hearOfEveryChangeButTheirOwn) {
     parameter.deliverPending();
     EXPECT_EQ(plugin.calls, 4);
     EXPECT_EQ(view.calls, 4);
-}
-
-TEST(ParameterListeners, hearOfHostChangesInTheNextIdleOnce) {
-    ParameterProperty parameter;
-    Counter plugin;
-    Counter dial;
-    parameter.setImmediateListener(&plugin);
-    parameter.addListener(&dial, false);
+    // Of a host's changes in the next idle, once.
     parameter.setNormalizedValue(0.25, kFromHost);
     parameter.setNormalizedValue(0.75, kFromHost);
-    EXPECT_EQ(plugin.calls, 2);
-    EXPECT_EQ(dial.calls, 0);
+    EXPECT_EQ(plugin.calls, 6);
+    EXPECT_EQ(view.calls, 4);
     parameter.deliverPending();
     parameter.deliverPending();
-    EXPECT_EQ(dial.calls, 1);
+    EXPECT_EQ(view.calls, 5);
     EXPECT_EQ(parameter.getValue(), 0.75F);
 }
 

@@ -13,16 +13,7 @@ namespace {
 /// Knows nothing, or what a test tells it.
 class Sources final : public ISystemSources {
   public:
-    std::tm localTime() const override {
-        std::tm time{};
-        time.tm_year = 126;
-        time.tm_mon = 2;
-        time.tm_mday = 4;
-        time.tm_hour = 5;
-        time.tm_min = 6;
-        time.tm_sec = 7;
-        return time;
-    }
+    std::tm localTime() const override { return {7, 6, 5, 4, 2, 126, 0, 0, 0, 0, nullptr}; }
     std::string systemName() const override { return name; }
     std::string systemBuild() const override { return build; }
     int systemBits() const override { return bits; }

@@ -139,21 +139,19 @@ TEST_F(PresetBrowserTest, TheArrowsGoAroundInTheOrderOfTheMenu) {
     fs::remove(folder_ / "a.fxPreset");
     previous(); // none is current: from the end
     EXPECT_EQ(shown(), "z");
-}
-
-TEST_F(PresetBrowserTest, ThreeHundredPresetsAreAllReached) {
+    // A menu ends somewhere, the arrows reach all.
     for (int i = 1; i <= 300; ++i)
-        add(std::to_string(i) + ".fxPreset");
-    openBrowser();
+        add("z/" + std::to_string(i) + ".fxPreset");
     window().click({100.0, 23.0});
     idle();
-    EXPECT_EQ(window().menuTitles().size(), 10u + 255u);
-    EXPECT_EQ(window().menuTitles().back(), "255 - 255");
-    window().key(Key::kEscape);
+    EXPECT_TRUE(window().chooseMenuItem("z/255 - 255"));
     idle();
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 45; ++i)
         next();
     EXPECT_EQ(shown(), "300");
+    window().click({100.0, 23.0});
+    idle();
+    EXPECT_FALSE(window().chooseMenuItem("z/256 - 256"));
 }
 
 TEST_F(PresetBrowserTest, SavingAsksBeforeItOverwrites) {
@@ -191,7 +189,6 @@ TEST_F(PresetBrowserTest, SaveAsTakesTheChosenPath) {
     EXPECT_EQ(platform_.lastFileDialog().initialPath, folder_.string() + "/");
     EXPECT_EQ(platform_.lastFileDialog().defaultSaveName, "Default");
     EXPECT_EQ(platform_.lastFileDialog().extensions.at(0).extension, "fxPreset");
-    EXPECT_EQ(shown(), "Default"); // given up
 
     add("a.b.fxPreset");
     platform_.setFileDialogAnswer({{(folder_ / "a.b").string()}, ""});
@@ -202,12 +199,13 @@ TEST_F(PresetBrowserTest, SaveAsTakesTheChosenPath) {
     EXPECT_EQ(shown(), "a.b");
     EXPECT_EQ(presets_.GetCurrentPresetIndex(), 0);
 
-    platform_.setFileDialogAnswer({{(folder_ / ".fxPreset").string()}, ""}); // has no name
-    ASSERT_TRUE(choose("Save Preset as.."));
-    EXPECT_TRUE(answer(true));
-    platform_.setFileDialogAnswer({{}, "No dialog is installed."});
-    ASSERT_TRUE(choose("Save Preset as.."));
-    EXPECT_TRUE(answer(true));
+    for (const FileDialogAnswer& problem :
+         {FileDialogAnswer{{(folder_ / ".fxPreset").string()}, ""}, // has no name
+          FileDialogAnswer{{}, "No dialog is installed."}}) {
+        platform_.setFileDialogAnswer(problem);
+        ASSERT_TRUE(choose("Save Preset as.."));
+        EXPECT_TRUE(answer(true));
+    }
 }
 
 TEST_F(PresetBrowserTest, ASaveThatFailsSaysSoAndKeepsTheOldFile) {
@@ -248,11 +246,9 @@ TEST_F(PresetBrowserTest, RenamingMovesTheFileAndNeverReplacesOne) {
         EXPECT_EQ(shown(), "Zoë");
     }
     EXPECT_EQ(content("b.fxPreset"), presetFile("stored", "b.fxPreset"));
-
     ASSERT_TRUE(choose("Rename Preset"));
     window().type("given up");
     window().key(Key::kEscape);
-    EXPECT_EQ(shown(), "Zoë");
     ASSERT_TRUE(choose("Rename Preset"));
     window().type("by a click");
     window().click({600.0, 300.0});
@@ -326,16 +322,13 @@ TEST_F(PresetBrowserTest, PressedArrowsAndOpenFieldsTurnGold) {
         idle(), idle();
         return (pixel(x, y) >> 16) > (pixel(x, y) & 0xFF) + 60;
     };
-    EXPECT_FALSE(isGold(269, 23) || isGold(150, 13));
     window().press({270.0, 23.0});
-    EXPECT_TRUE(isGold(269, 23)); // the chevron's point
+    EXPECT_TRUE(isGold(269, 23) && !isGold(150, 13)); // the chevron's point
     window().releaseButtons({500.0, 300.0});
-    EXPECT_FALSE(isGold(269, 23));
     window().click({100.0, 23.0});
-    EXPECT_TRUE(isGold(150, 13)); // the outline
+    EXPECT_TRUE(!isGold(269, 23) && isGold(150, 13)); // the outline
     window().key(Key::kEscape);
     EXPECT_FALSE(isGold(150, 13));
-
     const std::uint32_t field = pixel(240, 15);
     presets_.SetPresetName(std::string(250, 'W').c_str());
     idle();

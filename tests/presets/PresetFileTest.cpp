@@ -103,14 +103,14 @@ TEST_F(PresetFileTest, AFullDiskKeepsTheOldFile) {
 }
 
 TEST_F(PresetFileTest, BlocksComeBackWhole) {
-    Vardo::CFileFormat& format = file;
-    format.WriteBlock((folder / "block").c_str(), "12345", 5);
+    const std::string path = folder / "block";
+    file.WriteBlock(path.c_str(), "12345", 5);
     void* data = nullptr;
     std::size_t size = 0;
-    format.ReadBlock((folder / "block").c_str(), &data, &size);
+    file.ReadBlock(path.c_str(), &data, &size);
     EXPECT_EQ(std::string(static_cast<char*>(data), size), "12345");
-    format.FreeBlock(data);
-    format.ReadBlock((folder / "none").c_str(), &data, &size);
+    file.FreeBlock(data);
+    file.ReadBlock("/nowhere", &data, &size);
     EXPECT_EQ(data, nullptr);
 }
 

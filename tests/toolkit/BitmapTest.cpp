@@ -58,25 +58,20 @@ TEST(Png, EveryKindComesOutAsPremultipliedBgra) {
                                                : raw(channel) * 255 / static_cast<int>(most);
                 };
                 const bool isKey = form.transparency && raw(0) == 0;
+                const int g = eight(0);
                 Rgba expected;
-                switch (form.colorType) {
-                case PNG_COLOR_TYPE_GRAY:
-                    expected = premultiplied(eight(0), eight(0), eight(0), isKey ? 0 : 255);
-                    break;
-                case PNG_COLOR_TYPE_GRAY_ALPHA:
-                    expected = premultiplied(eight(0), eight(0), eight(0), eight(1));
-                    break;
-                case PNG_COLOR_TYPE_RGB:
-                    expected = premultiplied(eight(0), eight(1), eight(2),
+                if (form.colorType == PNG_COLOR_TYPE_GRAY) {
+                    expected = premultiplied(g, g, g, isKey ? 0 : 255);
+                } else if (form.colorType == PNG_COLOR_TYPE_GRAY_ALPHA) {
+                    expected = premultiplied(g, g, g, eight(1));
+                } else if (form.colorType == PNG_COLOR_TYPE_RGB) {
+                    expected = premultiplied(g, eight(1), eight(2),
                                              isKey && raw(1) == 0 && raw(2) == 0 ? 0 : 255);
-                    break;
-                case PNG_COLOR_TYPE_RGB_ALPHA:
-                    expected = premultiplied(eight(0), eight(1), eight(2), eight(3));
-                    break;
-                default: {
+                } else if (form.colorType == PNG_COLOR_TYPE_RGB_ALPHA) {
+                    expected = premultiplied(g, eight(1), eight(2), eight(3));
+                } else {
                     const auto& c = palette[sample(x, y, 0)];
                     expected = premultiplied(c[0], c[1], c[2], form.transparency ? c[3] : 255);
-                }
                 }
                 ASSERT_EQ(pixelOf(bitmap.surface(), x, y), expected)
                     << "type " << form.colorType << " depth " << form.bitDepth << " at " << x << " "

@@ -3,8 +3,8 @@
 #include "Pixels.h"
 #include "References.h"
 
+#include <array>
 #include <cstring>
-#include <functional>
 #include <random>
 
 namespace {
@@ -13,19 +13,19 @@ using namespace Sorel;
 
 // ---- Blending ----------------------------------------------------------------------------------
 
-struct Channels {
-    double c[4]; // blue, green, red, alpha, premultiplied, 0..255
-};
+/// Blue, green, red, alpha; premultiplied, 0..255.
+using Channels = std::array<double, 4>;
 
 Channels exact(CColor color) {
     const double a = color.alpha / 255.0;
-    return {{color.blue * a, color.green * a, color.red * a, double(color.alpha)}};
+    return {color.blue * a, color.green * a, color.red * a, double(color.alpha)};
 }
 
 /// What a row should become, without any rounding.
-double expected(const Channels& source, double under, double coverage, int channel, bool adds) {
-    const double s = source.c[channel] * coverage;
-    return adds ? std::min(255.0, under + s) : s + under * (1.0 - source.c[3] / 255.0 * coverage);
+double
+expected(const Channels& source, double under, double coverage, std::size_t channel, bool adds) {
+    const double s = source[channel] * coverage;
+    return adds ? std::min(255.0, under + s) : s + under * (1.0 - source[3] / 255.0 * coverage);
 }
 
 TEST(Pixels, AreWithinOneOfTheUnroundedResult) {
@@ -45,46 +45,31 @@ TEST(Pixels, AreWithinOneOfTheUnroundedResult) {
             const Pixels::Pixel under = Pixels::premultiplied({byte(), byte(), byte(), byte()});
             std::memcpy(&ground[4 * i], &under, 4);
         }
+        const std::uint8_t one = coverage[0];
         for (int kind = 0; kind < 8; ++kind) {
             const bool adds = kind >= 4;
             std::vector<std::uint8_t> row = ground;
-            const std::uint8_t one = coverage[0];
-            switch (kind) {
-            case 0:
-                Pixels::blend(row.data(), count, color);
-                break;
-            case 1:
-                Pixels::blend(row.data(), count, color, coverage.data());
-                break;
-            case 2:
-                Pixels::blend(row.data(), count, source.data(), one);
-                break;
-            case 3:
-                Pixels::blend(row.data(), count, source.data(), coverage.data());
-                break;
-            case 4:
-                Pixels::add(row.data(), count, color);
-                break;
-            case 5:
-                Pixels::add(row.data(), count, color, coverage.data());
-                break;
-            case 6:
-                Pixels::add(row.data(), count, source.data(), one);
-                break;
-            default:
-                Pixels::add(row.data(), count, source.data(), coverage.data());
-                break;
-            }
+            std::uint8_t* const to = row.data();
+            const std::uint8_t* const part = coverage.data();
+            const Pixels::Pixel* const from = source.data();
+            if (kind == 0) Pixels::blend(to, count, color);
+            if (kind == 1) Pixels::blend(to, count, color, part);
+            if (kind == 2) Pixels::blend(to, count, from, one);
+            if (kind == 3) Pixels::blend(to, count, from, part);
+            if (kind == 4) Pixels::add(to, count, color);
+            if (kind == 5) Pixels::add(to, count, color, part);
+            if (kind == 6) Pixels::add(to, count, from, one);
+            if (kind == 7) Pixels::add(to, count, from, part);
             for (std::size_t i = 0; i < 4 * n; ++i) {
                 const std::size_t pixel = i / 4;
                 Channels s = exact(color);
                 if (kind % 4 >= 2)
                     for (std::size_t c = 0; c < 4; ++c)
-                        s.c[c] = source[pixel] >> (8 * c) & 255;
+                        s[c] = source[pixel] >> (8 * c) & 255;
                 const double k = kind % 4 == 0   ? 1.0
                                  : kind % 4 == 2 ? one / 255.0
                                                  : coverage[pixel] / 255.0;
-                ASSERT_NEAR(row[i], expected(s, ground[i], k, static_cast<int>(i % 4), adds), 1.01)
+                ASSERT_NEAR(row[i], expected(s, ground[i], k, i % 4, adds), 1.01)
                     << "kind " << kind << " byte " << i << " of " << count << " pixels";
                 ASSERT_TRUE(row[i] <= row[4 * pixel + 3] || adds) << "no longer premultiplied";
             }
@@ -201,11 +186,11 @@ TEST(Columns, LookLikeTheGenericPath) {
                     for (Canvas* canvas : {&fast, &generic})
                         canvas->renderer().clipBox({3.0, 2.0, 300.0, 157.0});
                     fast.renderer().columnBand({left, columnWidth, band.upper, band.lower},
-                                               gradient, {250, 220, 190, 200}, 0.4);
+                                               gradient, {250, 220, 190, 200}, 1.5);
                     generic.renderer().fillPath(band.path(), gradient);
                     generic.renderer().noFill();
                     generic.renderer().lineColor({250, 220, 190, 200});
-                    generic.renderer().lineWidth(0.4);
+                    generic.renderer().lineWidth(1.5);
                     generic.renderer().path(band.path());
                     EXPECT_LE(difference(fast.surface(), generic.surface()), 3)
                         << "wave " << static_cast<int>(wave) << " width " << columnWidth << " left "
@@ -219,14 +204,14 @@ TEST(Columns, LinesLookLikePolylinesAndUseAnyGradient) {
     std::vector<CPoint> points;
     for (std::size_t c = 0; c < band.upper.size(); ++c)
         points.push_back({5.5 + static_cast<double>(c), double{band.upper[c]}});
-    for (const double width : {0.5, 0.7, 2.0}) {
+    {
         Canvas fast(310, 160);
         Canvas generic(310, 160);
-        fast.renderer().columnLine(5.5, 1.0, band.upper, {250, 200, 60, 225}, width);
+        fast.renderer().columnLine(5.5, 1.0, band.upper, {250, 200, 60, 225}, 2.0);
         generic.renderer().lineColor({250, 200, 60, 225});
-        generic.renderer().lineWidth(width);
+        generic.renderer().lineWidth(2.0);
         generic.renderer().polyline(points);
-        EXPECT_LE(difference(fast.surface(), generic.surface()), 3) << width;
+        EXPECT_LE(difference(fast.surface(), generic.surface()), 3);
     }
 
     const CLinearGradient slanted =
@@ -237,6 +222,57 @@ TEST(Columns, LinesLookLikePolylinesAndUseAnyGradient) {
     generic.renderer().fillPath(band.path(), slanted);
     EXPECT_GE(generic.ink().right, 300);
     EXPECT_LE(difference(fast.surface(), generic.surface()), 3);
+}
+
+/// Mean of 3 by 3 pixels: what the eye makes of them.
+double softRed(Canvas& canvas, int x, int y) {
+    double sum = 0.0;
+    for (int dy = -1; dy <= 1; ++dy)
+        for (int dx = -1; dx <= 1; ++dx)
+            sum += canvas.at(x + dx, y + dy).red;
+    return sum / 9.0;
+}
+
+/// Cut along columns and rows instead of across the line, so the same only nearly.
+TEST(Columns, HairlinesHaveTheInkOfPolylinesWhereThoseHaveIt) {
+    struct Case {
+        double columnWidth;
+        double width;
+        float slope; // of a zigzag, rows per pixel
+    };
+    for (const Case& c : {Case{1.0, 0.7, 0.0F}, Case{1.0, 0.7, 0.4F}, Case{1.0, 0.6, 1.0F},
+                          Case{1.0, 0.7, 3.0F}, Case{4.0, 1.2, 0.7F}, Case{4.0, 0.4, 6.0F}}) {
+        std::vector<float> heights;
+        std::vector<CPoint> points;
+        for (int i = 0; i * c.columnWidth < 320.0; ++i) {
+            const double x = -3.5 + i * c.columnWidth;
+            const double y = (c.slope > 0 ? 20.3 : 40.3) +
+                             double{c.slope} * std::abs(std::fmod(x + 100.0, 40.0) - 20.0);
+            heights.push_back(static_cast<float>(y));
+            points.push_back({x, y});
+        }
+        Canvas hair(310, 160);
+        Canvas outline(310, 160);
+        // The upper edge and the left edge cut through some lines.
+        for (Canvas* canvas : {&hair, &outline})
+            canvas->renderer().clipBox({2.0, 26.0, 300.0, 157.0});
+        hair.renderer().columnLine(-3.5, c.columnWidth, heights, kWhiteCColor, c.width);
+        outline.renderer().lineColor(kWhiteCColor);
+        outline.renderer().lineWidth(c.width);
+        outline.renderer().polyline(points);
+        double worst = 0.0;
+        double ink = 0.0;
+        double expected = 0.0;
+        for (int y = 1; y < 159; ++y)
+            for (int x = 1; x < 309; ++x) {
+                worst = std::max(worst, std::abs(softRed(hair, x, y) - softRed(outline, x, y)));
+                ink += hair.at(x, y).red;
+                expected += outline.at(x, y).red;
+            }
+        EXPECT_GT(ink, 5000.0);
+        EXPECT_LE(worst, 14.0) << c.columnWidth << " " << c.width << " " << c.slope;
+        EXPECT_NEAR(ink, expected, 0.04 * expected) << c.width << " " << c.slope;
+    }
 }
 
 TEST(Columns, CoverExactAreas) {
@@ -310,46 +346,33 @@ TEST(Shapes, StayInsideTheClip) {
     const auto gradient = CLinearGradient({0.0, 0.0}, {50.0, 20.0}).stop(0.0, kWhiteCColor);
     const std::vector<float> wave{-50.0f, 90.0f, -500.0f, 900.0f, 20.0f, 20.0f};
     const std::vector<float> floor(6, 900.0f);
-    const std::vector<std::function<void()>> all{
-        [&] {
-            context.drawRect({-90.0, -90.0, 90.0, 90.0}, kFilledAndStroked);
-        },
-        [&] {
-            context.drawEllipse({-20.0, -20.0, 70.0, 70.0}, kFilledAndStroked);
-        },
-        [&] {
-            context.drawRoundRect({-20.0, -20.0, 70.0, 70.0}, 9.0f, kFilledAndStroked);
-        },
-        [&] {
-            context.fillRect({-90.0, -90.0, 90.0, 90.0}, gradient);
-        },
-        [&] {
-            context.fillRoundRect({-90.0, -90.0, 90.0, 90.0}, 3.0, gradient);
-        },
-        [&] {
-            context.drawColumnBand({-20.0, 15.0, wave, floor}, gradient, kRedCColor, 2.0);
-        },
-        [&] { context.drawColumnLine(-20.0, 15.0, wave, kRedCColor, 3.0); },
-        [&] { context.drawLine(-1e9, -1e9, 1e9, 1e9); },
-        [&] {
-            context.drawString("XXXXXXXXXXXX", {-90.0, 0.0, 90.0, 40.0});
-        },
-        [&] {
-            for (int i = 0; i < 3600; ++i)
-                context.drawPoint(i % 60 - 10, i / 60 - 5, kWhiteCColor);
-        }};
-    for (std::size_t i = 0; i < all.size(); ++i) {
+    constexpr int kNumShapes = 10;
+    const auto draw = [&](int shape) {
+        const CRect large{-20.0, -20.0, 70.0, 70.0};
+        if (shape == 0) context.drawRect(large, kFilledAndStroked);
+        if (shape == 1) context.drawEllipse(large, kFilledAndStroked);
+        if (shape == 2) context.drawRoundRect(large, 9.0f, kFilledAndStroked);
+        if (shape == 3) context.fillRect(large, gradient);
+        if (shape == 4) context.fillRoundRect(large, 3.0, gradient);
+        if (shape == 5) context.drawColumnBand({-20.0, 15.0, wave, floor}, gradient, kRedCColor, 2);
+        if (shape == 6) context.drawColumnLine(-20.0, 15.0, wave, kRedCColor, 3.0);
+        if (shape == 7) context.drawLine(-1e9, -1e9, 1e9, 1e9);
+        if (shape == 8) context.drawString("XXXXXXXXXXXX", {-90.0, 0.0, 90.0, 40.0});
+        for (int i = 0; shape == 9 && i < 3600; ++i)
+            context.drawPoint(i % 60 - 10, i / 60 - 5, kWhiteCColor);
+    };
+    for (int shape = 0; shape < kNumShapes; ++shape) {
         canvas.renderer().clear(kBlackCColor);
-        all[i]();
+        draw(shape);
         const Canvas::Ink ink = canvas.ink();
-        EXPECT_GT(ink.amount + ink.right, 0) << i;
+        EXPECT_GT(ink.amount + ink.right, 0) << shape;
         EXPECT_TRUE(ink.left >= 20 && ink.top >= 15 && ink.right <= 41 && ink.bottom <= 35)
-            << i << ": " << ink.left << " " << ink.top << " " << ink.right << " " << ink.bottom;
+            << shape << ": " << ink.left << " " << ink.top << " " << ink.right << " " << ink.bottom;
     }
     context.setClipRect({10.0, 10.0, 10.0, 30.0});
     canvas.renderer().clear(kBlackCColor);
-    for (const auto& draw : all)
-        draw();
+    for (int shape = 0; shape < kNumShapes; ++shape)
+        draw(shape);
     EXPECT_EQ(canvas.ink().amount, 0);
 }
 

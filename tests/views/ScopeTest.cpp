@@ -146,18 +146,16 @@ class ScopeTest : public ViewsTest {
         const std::uint32_t p = pixel(x, y);
         return static_cast<int>(p >> 16) - static_cast<int>(p & 255);
     }
-    std::vector<std::uint8_t> pixels() {
-        const std::unique_ptr<IOSBitmap> picture = window().picture();
-        const std::uint8_t* p = picture->getPixels();
-        return {p, p + picture->stride * 545};
-    }
-
-    static int largestDifference(const std::vector<std::uint8_t>& a,
-                                 const std::vector<std::uint8_t>& b) {
+    /// The picture beside that of a view that has painted nothing yet. The sums of the rasteriser
+    /// begin elsewhere: one level for the fill, one for the outline.
+    void expectLikeAFullPaint() {
+        const std::unique_ptr<IOSBitmap> now = window().picture();
+        open();
+        const std::unique_ptr<IOSBitmap> full = window().picture();
         int largest = 0;
-        for (std::size_t i = 0; i < a.size(); ++i)
-            largest = std::max(largest, std::abs(a[i] - b[i]));
-        return largest;
+        for (std::int32_t i = 0; i < now->byteSize; ++i)
+            largest = std::max(largest, std::abs(now->getPixels()[i] - full->getPixels()[i]));
+        EXPECT_LE(largest, 2);
     }
 
     CScope* scope_ = nullptr;
@@ -173,16 +171,12 @@ TEST_F(ScopeTest, PaintsOnlyWhatChangedAndTheResultIsThatOfAFullPaint) {
 
     play(orvel_test::stereoNoise(24000, 1, 0.8F));
     idle();
-    const std::uint64_t area = kWidth * 375U;
     EXPECT_GT(window().takeShownPixels(), 0U);
     play(orvel_test::stereoNoise(1200, 2, 0.8F));
     idle();
-    EXPECT_LT(window().takeShownPixels(), area / 10);
+    EXPECT_LT(window().takeShownPixels(), kWidth * 375U / 10);
     keep("scope_partial");
-    const auto inParts = pixels();
-    open(); // a view that has painted nothing yet
-    // The sums of the rasteriser begin elsewhere: one level for the fill, one for the outline.
-    EXPECT_LE(largestDifference(inParts, pixels()), 2);
+    expectLikeAFullPaint();
 
     set(Orvel::kScopeFreeze, 1);
     idle();
@@ -200,10 +194,15 @@ TEST_F(ScopeTest, AScrollingPictureIsThatOfAFullPaint) {
         for (unsigned seed = 1; seed < 5; ++seed)
             play(orvel_test::stereoNoise(kBlock * 25, seed, 0.2F * float(seed)));
         idle();
-        const auto scrolled = pixels();
-        open();
-        EXPECT_LE(largestDifference(scrolled, pixels()), 2) << mode;
+        SCOPED_TRACE(mode);
+        expectLikeAFullPaint();
     }
+}
+
+TEST(NumberText, SignsAndDecimals) {
+    EXPECT_EQ(numberText(-23.94, 1, true), "-23.9");
+    EXPECT_EQ(numberText(1.25, 1, true), "+1.2");
+    EXPECT_EQ(numberText(0.0, 0), "0");
 }
 
 TEST_F(ScopeTest, LanesAndOversFollowTheChannelMode) {
@@ -233,6 +232,32 @@ TEST_F(ScopeTest, TheReadOutNamesTheLevelUnderTheMouse) {
     window().moveMouse({705.0, 60.0});
     idle();
     EXPECT_LT(redness(705, 300), 20); // in the numbers above the data
+    window().moveMouse({705.0, 110.0});
+    idle();
+    EXPECT_GT(redness(705, 300), 60);
+    window().takeShownPixels();
+    idle();
+    EXPECT_EQ(window().takeShownPixels(), 0U); // nothing moved
+    window().leave();
+    idle();
+    EXPECT_LT(redness(705, 300), 20);
+}
+
+TEST_F(ScopeTest, NumbersThatWouldBeSmudgesAreLeftOut) {
+    set(Orvel::kScopeVisibleTimeMs, 5000); // a 32nd is 10 pixels wide: 1/16 at 21, 1/8 at 42
+    open();
+    const auto contrast = [&](int x) { // within a number's room
+        int most = -255;
+        int least = 255;
+        for (int i = -9; i <= 9; ++i)
+            for (int y = 59; y < 66; ++y) {
+                most = std::max(most, redness(145 + x + i, y));
+                least = std::min(least, redness(145 + x + i, y));
+            }
+        return most - least;
+    };
+    EXPECT_GT(contrast(42), 60);
+    EXPECT_LT(contrast(21), 7); // the ground's own is 4, of a number at a tenth 11
 }
 
 TEST_F(ScopeTest, TheSyncMarkerSnapsAndShiftsThePictureAndCanBeCalledOff) {

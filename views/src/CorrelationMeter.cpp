@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace Sorel {
 
@@ -13,6 +14,7 @@ constexpr float kNearZero = 0.15F;
 constexpr double kMargin = 15.0;
 constexpr double kTextBaseline = 16.0;
 constexpr double kTextSize = 10.0;
+constexpr double kNumberPlace = 0.72; ///< of the bar, between the names of 0 and +1
 constexpr double kBarTop = 23.0;
 constexpr double kBarHeight = 12.0;
 constexpr double kFillInset = 2.0;
@@ -52,11 +54,13 @@ CColor CCorrelationMeter::fillColor() const {
     return value_ < 0 ? colors().bad : colors().good2;
 }
 
+int CCorrelationMeter::hundredths() const { return static_cast<int>(std::lround(value_ * 100.0F)); }
+
 bool CCorrelationMeter::setValue(float value) {
-    const CRect oldRect = fillRect();
-    const CColor oldColor = fillColor();
+    const auto looks = [this] { return std::tuple(fillRect(), fillColor(), hundredths()); };
+    const auto before = looks();
     value_ = std::isnan(value) ? 0.0F : std::clamp(value, -1.0F, 1.0F);
-    return fillRect() != oldRect || fillColor() != oldColor;
+    return looks() != before;
 }
 
 void CCorrelationMeter::onIdle() {
@@ -64,7 +68,7 @@ void CCorrelationMeter::onIdle() {
     if (setValue(analyser()->display().correlation)) setDirty(true);
 }
 
-void CCorrelationMeter::draw(CDrawContext& context) {
+void CCorrelationMeter::drawScale(CDrawContext& context) const {
     const CRect bar = barRect();
     const double centre = bar.centre().x;
     const double baseline = getViewSize().top + kTextBaseline;
@@ -73,7 +77,6 @@ void CCorrelationMeter::draw(CDrawContext& context) {
     context.drawStringAt("-1 Antiphase", {bar.left, baseline});
     context.drawStringAt("0 Stereo", {centre, baseline}, HorizontalAlign::kCentre);
     context.drawStringAt("+1 Mono", {bar.right, baseline}, HorizontalAlign::kRight);
-
     context.setFillColor(kBed);
     context.drawRoundRect(bar, kRadius, kFilled);
     context.setLineWidth(1.0);
@@ -87,6 +90,19 @@ void CCorrelationMeter::draw(CDrawContext& context) {
         const double height = tick % 5 == 0 ? 5.0 : 2.0;
         context.drawRect({x, bar.bottom - 1 - height, x + 1, bar.bottom - 1}, kFilled);
     }
+}
+
+void CCorrelationMeter::draw(CDrawContext& context) {
+    scale_.draw(context, getViewSize(), [this](CDrawContext& still) { drawScale(still); });
+    const CRect bar = barRect();
+    const double centre = bar.centre().x;
+    const double baseline = getViewSize().top + kTextBaseline;
+    context.setFont(kDefaultFont, kTextSize, kBoldFont);
+    context.setFontColor(colors().main.withAlpha(255));
+    context.drawStringAt(numberText(hundredths() / 100.0, 2, true),
+                         {std::floor(bar.left + kNumberPlace * bar.width()), baseline},
+                         HorizontalAlign::kCentre);
+
     context.setFillColor(fillColor());
     context.drawRect(fillRect(), kFilled);
     context.setFillColor(colors().text1.withAlpha(kMarkAlpha));

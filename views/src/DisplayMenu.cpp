@@ -10,7 +10,8 @@ namespace Sorel {
 
 namespace {
 enum Page { kScope = 0, kSpectrum = 1, kStereoField = 2 };
-}
+constexpr std::int32_t kResetOvers = -1; // tag of an entry that is no parameter
+} // namespace
 
 CDisplayMenu::CDisplayMenu(Orvel::COrvelScope& analyser)
     : COptionMenu({}, nullptr, 0)
@@ -58,8 +59,24 @@ void CDisplayMenu::open(int page, CPoint where) {
     }
     addSeparator();
     addSub("Metering Mode", Orvel::kGlobalMeteringMode);
-    popup(CRect{where.x, where.y, where.x, where.y});
+    openAt(where);
 }
+
+void CDisplayMenu::openForMeter(CPoint where, std::function<void()> resetOvers) {
+    removeAllEntries();
+    Vardo::IPluginParameter& mode = analyser_.parameter(Orvel::kGlobalMeteringMode);
+    addChoices(*this, mode);
+    for (int i = 0; i < getNbEntries(); ++i) {
+        getEntry(i)->setTag(Orvel::kGlobalMeteringMode);
+        getEntry(i)->setChecked(i == mode.getIntValue());
+    }
+    addSeparator();
+    addEntry("Reset Overs")->setTag(kResetOvers);
+    resetOvers_ = std::move(resetOvers);
+    openAt(where);
+}
+
+void CDisplayMenu::openAt(CPoint where) { popup(CRect{where.x, where.y, where.x, where.y}); }
 
 void CDisplayMenu::valueChanged(CControl* /*control*/) {
     COptionMenu* menu = getLastMenu();
@@ -67,8 +84,15 @@ void CDisplayMenu::valueChanged(CControl* /*control*/) {
     if (menu == this) {
         const CMenuItem* item = getEntry(getLastResult());
         if (item == nullptr) return;
+        if (item->getTag() == kResetOvers) {
+            resetOvers_();
+            return;
+        }
         const auto id = static_cast<Orvel::ParameterId>(item->getTag());
-        change(id, analyser_.parameter(id).getBoolValue() ? 0.0 : 1.0);
+        if (id == Orvel::kGlobalMeteringMode)
+            change(id, getLastResult());
+        else
+            change(id, analyser_.parameter(id).getBoolValue() ? 0.0 : 1.0);
     } else {
         const auto id = static_cast<Orvel::ParameterId>(menu->getTag());
         change(id, double{analyser_.parameter(id).getMin()} + getLastResult());

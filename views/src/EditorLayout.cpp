@@ -121,6 +121,9 @@ void COrvelScopeEditor::addHeader(CFrame& frame) {
 }
 
 CVUMeter_Stereo* COrvelScopeEditor::addMeter(CViewContainer& parent, CVUMeter_Stereo* meter) {
+    meter->setContextMenu([this, meter](CPoint where) {
+        displayMenu_->openForMeter(where, [meter] { meter->resetAllOvers(); });
+    });
     parent.addView(meter);
     for (const ParameterId id : CVUMeter_Stereo::parameters())
         addControlToParameter(analyser_.parameter(id), meter);
@@ -170,8 +173,8 @@ void COrvelScopeEditor::addPages(CFrame& frame) {
 
 void COrvelScopeEditor::addStereoRooms(CViewContainer& page) {
     page.addView(new RoomDividers(inside(kDisplay)));
-    page.addView(new CGoniometer(kGoniometer, &analyser_));
-    page.addView(new CCorrelationMeter(kCorrelation, &analyser_));
+    addDisplay(page, new CGoniometer(kGoniometer, &analyser_), 2);
+    addDisplay(page, new CCorrelationMeter(kCorrelation, &analyser_), 2);
     for (const bool side : {false, true}) {
         auto* spectrum =
             new CSpectrum(side ? kSide : kMid, &analyser_,

@@ -18,6 +18,7 @@ constexpr int kDiamondAlpha = 34;
 constexpr double kDiamondWidth = 0.7;
 constexpr double kAxisWidth = 0.5;
 constexpr double kTextSize = 10.0;
+constexpr double kNameRoom = 20.0; ///< no name is longer
 constexpr CColor kTextColor{20, 200, 60, 255};
 
 bool isSame(const SplineDots::Points& a, const SplineDots::Points& b) {
@@ -53,13 +54,31 @@ bool CGoniometer::setPoints(const SplineDots::Points& points, float sampleRate) 
         return false;
     points_ = points;
     sampleRate_ = sampleRate;
+    const CRect before = dotsRect_;
+    placeDots();
+    const CRect& now = dotsRect_;
+    invalidRect(CRect{std::min(before.left, now.left), std::min(before.top, now.top),
+                      std::max(before.right, now.right), std::max(before.bottom, now.bottom)}
+                    .intersected(getViewSize()));
     return true;
+}
+
+void CGoniometer::placeDots() {
+    dots_.setPoints(points_, static_cast<float>(plotRect().width() * 0.5));
+    const CRect bounds = dots_.bounds().moved(centre());
+    dotsRect_ = {std::floor(bounds.left), std::floor(bounds.top), std::ceil(bounds.right),
+                 std::ceil(bounds.bottom)};
+}
+
+void CGoniometer::setViewSize(const CRect& rect, bool invalidate) {
+    IDisplayControl::setViewSize(rect, invalidate);
+    placeDots();
 }
 
 void CGoniometer::onIdle() {
     if (analyser() == nullptr || !isVisible()) return;
     analyser()->display().goniometer.read(latest_);
-    if (setPoints(latest_, analyser()->sampleRate())) setDirty(true);
+    setPoints(latest_, analyser()->sampleRate());
 }
 
 void CGoniometer::drawGuides(CDrawContext& context) const {
@@ -75,35 +94,46 @@ void CGoniometer::drawGuides(CDrawContext& context) const {
     context.drawPolyline(diamond);
 }
 
-void CGoniometer::drawOverlay(CDrawContext& context) const {
-    const CRect plot = plotRect();
+void CGoniometer::drawDiagonals(CDrawContext& context) const {
     const CPoint c = centre();
     context.setLineWidth(kAxisWidth);
     context.setFrameColor(colors().dim);
     const std::array<CPoint, 3> diagonals{
         {{c.x - kDiagonal, c.y - kDiagonal}, {c.x, c.y}, {c.x + kDiagonal, c.y - kDiagonal}}};
     context.drawPolyline(diagonals);
+}
+
+/// Above the dots. Most of it is outside of what is painted again.
+void CGoniometer::drawOverlay(CDrawContext& context) {
+    const CRect plot = plotRect();
+    const double x = std::floor(centre().x);
+    const double y = std::floor(centre().y);
+    const CRect upper{x - kDiagonal - 1.0, y - kDiagonal - 1.0, x + kDiagonal + 2.0, y + 2.0};
+    diagonals_.draw(context, upper, [this](CDrawContext& still) { drawDiagonals(still); });
     context.setFillColor(colors().dim.faded(kAxisWidth));
-    const double x = std::floor(c.x);
-    const double y = std::floor(c.y);
     context.drawRect({plot.left, y, plot.right, y + 1.0}, kFilled);
     context.drawRect({x, plot.top, x + 1.0, plot.bottom}, kFilled);
 
     context.setFont(kDefaultFont, kTextSize, kRegularFont);
     context.setFontColor(kTextColor);
     const CPoint middle = plot.centre();
-    context.drawStringAt("S+", {plot.left + 2.0, middle.y - 3.0});
-    context.drawStringAt("S-", {plot.right - 2.0, middle.y - 3.0}, HorizontalAlign::kRight);
-    context.drawStringAt("M+", {middle.x + 4.0, plot.top + 9.0});
-    context.drawStringAt("M-", {middle.x + 4.0, plot.bottom - 2.0});
-    context.drawStringAt("R", {middle.x + kDiagonal + 3.0, middle.y - kDiagonal - 1.0});
-    context.drawStringAt("L", {middle.x - kDiagonal - 3.0, middle.y - kDiagonal - 1.0},
-                         HorizontalAlign::kRight);
+    const CRect clip = context.getClipRect();
+    const auto name = [&](const char* text, CPoint place, HorizontalAlign align) {
+        const CRect around{place.x - kNameRoom, place.y - kNameRoom, place.x + kNameRoom,
+                           place.y + kNameRoom};
+        if (around.touches(clip)) context.drawStringAt(text, place, align);
+    };
+    name("S+", {plot.left + 2.0, middle.y - 3.0}, HorizontalAlign::kLeft);
+    name("S-", {plot.right - 2.0, middle.y - 3.0}, HorizontalAlign::kRight);
+    name("M+", {middle.x + 4.0, plot.top + 9.0}, HorizontalAlign::kLeft);
+    name("M-", {middle.x + 4.0, plot.bottom - 2.0}, HorizontalAlign::kLeft);
+    const double high = middle.y - kDiagonal - 1.0;
+    name("R", {middle.x + kDiagonal + 3.0, high}, HorizontalAlign::kLeft);
+    name("L", {middle.x - kDiagonal - 3.0, high}, HorizontalAlign::kRight);
 }
 
 void CGoniometer::draw(CDrawContext& context) {
     guides_.draw(context, getViewSize(), [this](CDrawContext& still) { drawGuides(still); });
-    dots_.setPoints(points_, static_cast<float>(plotRect().width() * 0.5));
     // The cubic swings beyond the points; the picture ends where full scale does.
     const CRect oldClip = context.getClipRect();
     CRect picture = plotRect();
@@ -112,7 +142,7 @@ void CGoniometer::draw(CDrawContext& context) {
     context.setClipRect(oldClip.intersected(picture));
     dots_.draw(context, centre(), colors().warn2.withAlpha(goniometerDotAlpha(sampleRate_)));
     context.setClipRect(oldClip);
-    overlay_.draw(context, getViewSize(), [this](CDrawContext& still) { drawOverlay(still); });
+    drawOverlay(context);
     IDisplayControl::draw(context);
 }
 

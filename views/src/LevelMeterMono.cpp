@@ -90,23 +90,49 @@ bool CVUMeter_Mono::refresh() {
     return changed;
 }
 
+void CVUMeter_Mono::askForChanges(CView& view) {
+    if (const CRect rows = changedRows(); !rows.isEmpty()) view.invalidRect(rows);
+    if (showDr_ && picture_.drTenths != asked_.drTenths) view.invalidRect(drRoom());
+    asked_ = picture_;
+}
+
+/// Of the bed, from the highest to the lowest row that looks other than it did.
+CRect CVUMeter_Mono::changedRows() const {
+    using namespace MeterLayout;
+    const bool recoloured = picture_.rmsColor != asked_.rmsColor ||
+                            picture_.peakColor != asked_.peakColor ||
+                            picture_.holdColor != asked_.holdColor;
+    if (recoloured || picture_.shades != asked_.shades)
+        return columns(kBedFrom, kBedTo, kHead, kFoot);
+    int first = kFoot;
+    int end = kHead;
+    for (int Picture::*const row : {&Picture::rmsRow, &Picture::peakRow, &Picture::holdRow}) {
+        if (picture_.*row == asked_.*row) continue;
+        first = std::min({first, picture_.*row, asked_.*row});
+        end = std::max({end, picture_.*row, asked_.*row});
+    }
+    return columns(kBedFrom, kBedTo, first, std::min(end + kHoldRows, kFoot));
+}
+
 void CVUMeter_Mono::onIdle() {
     const bool visible = isVisible();
     const bool news = feed_.poll(visible);
     if (!visible) return;
-    bool changed = analyser() != nullptr && setMode(meteringMode(analyser()));
-    if (showOvers_) changed |= overs_.cool();
+    if (analyser() != nullptr && setMode(meteringMode(analyser()))) setDirty(true);
+    bool oversChanged = overs_.cool();
     if (news) {
-        changed |= setLevels(feed_.levels(0));
-        changed |= overs_.setOvers(feed_.levels(0).overs) && showOvers_;
+        setLevels(feed_.levels(0));
+        oversChanged |= overs_.setOvers(feed_.levels(0).overs);
         if (isHistogram()) {
             HistogramColumn::Counts counts;
             int highest = 1;
             feed_.readHistogram(0, counts, highest);
-            changed |= setHistogram(counts, highest);
+            setHistogram(counts, highest);
         }
+        askForChanges(*this);
     }
-    if (changed) setDirty(true);
+    if (oversChanged && showOvers_)
+        invalidRect(MeterLayout::kMonoOverBox.moved(getViewSize().topLeft()));
 }
 
 int CVUMeter_Mono::onMouseDown(CPoint where, std::int32_t* buttons) {

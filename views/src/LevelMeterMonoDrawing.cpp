@@ -103,8 +103,10 @@ void CVUMeter_Mono::drawName(CDrawContext& context) const {
                          HorizontalAlign::kCentre);
 }
 
+CRect CVUMeter_Mono::drRoom() const { return columns(0.0, kChannelWidth, kDrHead, kDrFoot); }
+
 void CVUMeter_Mono::drawDr(CDrawContext& context) const {
-    if (!showDr_) return;
+    if (!showDr_ || !drRoom().touches(context.getClipRect())) return;
     context.setFont(kDefaultFont, kDrSize, kRegularFont);
     context.setFontColor(colors().text1);
     context.drawStringAt("DR " + numberText(picture_.drTenths / 10.0, 1) + "dB",
@@ -123,7 +125,7 @@ void CVUMeter_Mono::drawChannel(CDrawContext& context) {
         drawHistogram(context);
     else
         drawBars(context);
-    drawRow(context, picture_.holdRow, 2, picture_.holdColor.withAlpha(255));
+    drawRow(context, picture_.holdRow, kHoldRows, picture_.holdColor.withAlpha(255));
     context.setFillColor(colors().grid);
     context.drawRect(columns(kBedFrom, kBedTo, kFoot - 1, kFoot), kFilled);
     drawDr(context);

@@ -38,10 +38,18 @@ void CVUMeter_Stereo::setViewSize(const CRect& rect, bool invalidate) {
 }
 
 bool CVUMeter_Stereo::setLevels(const MeterLevels& first, const MeterLevels& second) {
+    const auto held = [this] {
+        return std::pair(channels_[0].heldTenths(), channels_[1].heldTenths());
+    };
+    const auto before = held();
     bool changed = channels_[0].setLevels(first);
     changed |= channels_[1].setLevels(second);
-    changed |= overs_.setOvers(std::max(first.overs, second.overs));
-    return changed;
+    const bool oversChanged = overs_.setOvers(std::max(first.overs, second.overs));
+    for (CVUMeter_Mono& channel : channels_)
+        channel.askForChanges(*this);
+    if (held() != before) askForPart(kReadOut);
+    if (oversChanged) askForPart(kStereoOverBox);
+    return changed || oversChanged;
 }
 
 void CVUMeter_Stereo::onIdle() {
@@ -50,19 +58,18 @@ void CVUMeter_Stereo::onIdle() {
     if (!visible) return;
     const Orvel::MeteringMode mode =
         analyser() != nullptr ? meteringMode(analyser()) : channel(0).mode();
-    bool changed = overs_.cool();
-    changed |= channel(0).setMode(mode);
-    changed |= channel(1).setMode(mode);
-    if (news) {
-        changed |= setLevels(feed_.levels(0), feed_.levels(1));
-        for (int i = 0; i < 2 && mode == Orvel::MeteringMode::histogram; ++i) {
-            HistogramColumn::Counts counts;
-            int highest = 1;
-            feed_.readHistogram(i, counts, highest);
-            changed |= channel(i).setHistogram(counts, highest);
-        }
+    bool newMode = channel(0).setMode(mode);
+    newMode |= channel(1).setMode(mode);
+    if (newMode) setDirty(true);
+    if (overs_.cool()) askForPart(kStereoOverBox);
+    if (!news) return;
+    for (int i = 0; i < 2 && mode == Orvel::MeteringMode::histogram; ++i) {
+        HistogramColumn::Counts counts;
+        int highest = 1;
+        feed_.readHistogram(i, counts, highest);
+        channel(i).setHistogram(counts, highest);
     }
-    if (changed) setDirty(true);
+    setLevels(feed_.levels(0), feed_.levels(1));
 }
 
 void CVUMeter_Stereo::resetOvers() {
@@ -71,16 +78,21 @@ void CVUMeter_Stereo::resetOvers() {
     setDirty(true);
 }
 
-int CVUMeter_Stereo::onMouseDown(CPoint where, std::int32_t* buttons) {
-    if ((*buttons & Buttons::kLeft) == 0) return IDisplayControl::onMouseDown(where, buttons);
+void CVUMeter_Stereo::resetAllOvers() {
     resetOvers();
     if (resetHeard_) resetHeard_();
+}
+
+int CVUMeter_Stereo::onMouseDown(CPoint where, std::int32_t* buttons) {
+    if ((*buttons & Buttons::kLeft) == 0) return IDisplayControl::onMouseDown(where, buttons);
+    resetAllOvers();
     return kMouseHandledDone;
 }
 
 void CVUMeter_Stereo::drawReadOut(CDrawContext& context) {
     const CPoint origin = getViewSize().topLeft();
     const CRect box = kReadOut.moved(origin);
+    if (!box.touches(context.getClipRect())) return;
     context.setFillColor(kReadOutBed);
     context.drawRoundRect(box, kReadOutRadius, kFilled);
     context.setLineWidth(1.0);

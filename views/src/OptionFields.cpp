@@ -2,40 +2,16 @@
 
 #include "analysis/OrvelScope.h"
 #include "draw/FontDesc.h"
+#include "views/DisplayColors.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace Sorel {
 
 namespace {
-constexpr double kWidth = 44.0;
 constexpr double kHeight = 15.0;
-constexpr double kGap = 2.0;
-constexpr std::size_t kShortened = 4; // letters of a word that is too long
-
-/// A field is narrow: it shows the first letters of a word that is too long.
-class COptionField final : public COptionMenu {
-  public:
-    using COptionMenu::COptionMenu;
-    void draw(CDrawContext& context) override {
-        const CMenuItem* item = getEntry(getCurrent());
-        std::string text = item != nullptr ? item->getTitle() : std::string();
-        applyFont(context);
-        if (context.getStringWidth(text) > kWidth - 4.0) {
-            text.resize(std::min<std::size_t>(text.size(), kShortened));
-            text += '.';
-        }
-        if (text != shown_) {
-            shown_ = text;
-            setFieldText(text.c_str());
-        }
-        COptionMenu::draw(context);
-    }
-
-  private:
-    std::string shown_;
-};
+constexpr double kCaptionSize = 8.0;
+constexpr double kCaptionBaseline = 24.0;
 } // namespace
 
 void addChoices(COptionMenu& menu, Vardo::IPluginParameter& parameter) {
@@ -48,21 +24,35 @@ void addChoices(COptionMenu& menu, Vardo::IPluginParameter& parameter) {
     }
 }
 
+const std::array<COptionFields::Field, 3> COptionFields::kFields{{
+    {Orvel::kSpectrumFFTSize, 0.0, 40.0, "FFT Size"},
+    {Orvel::kSpectrumUpdateSpeed, 42.0, 40.0, "Speed"},
+    {Orvel::kSpectrumAnalyzeMode, 84.0, 52.0, "Analyze"},
+}};
+
 COptionFields::COptionFields(Orvel::COrvelScope& analyser)
     : CViewContainer(kRect) {
     setTransparency(true);
-    addField(analyser, Orvel::kSpectrumFFTSize);
-    addField(analyser, Orvel::kSpectrumUpdateSpeed);
-    addField(analyser, Orvel::kSpectrumAnalyzeMode);
+    for (const Field& field : kFields)
+        addField(analyser, field);
 }
 
-void COptionFields::addField(Orvel::COrvelScope& analyser, Orvel::ParameterId id) {
-    Vardo::IPluginParameter& parameter = analyser.parameter(id);
-    auto* field = new COptionField(CRect::ofSize((kWidth + kGap) * fields_++, 0.0, kWidth, kHeight),
-                                   this, id);
-    addChoices(*field, parameter);
-    field->setParameter(&parameter);
-    addView(field);
+void COptionFields::addField(Orvel::COrvelScope& analyser, const Field& field) {
+    Vardo::IPluginParameter& parameter = analyser.parameter(field.parameter);
+    auto* menu = new COptionMenu(CRect::ofSize(field.left, 0.0, field.width, kHeight), this,
+                                 field.parameter);
+    addChoices(*menu, parameter);
+    menu->setParameter(&parameter);
+    addView(menu);
+}
+
+void COptionFields::drawBackgroundRect(CDrawContext& context, const CRect& rect) {
+    CViewContainer::drawBackgroundRect(context, rect);
+    context.setFont(kDefaultFont, kCaptionSize, kRegularFont);
+    context.setFontColor(displayColors().text2);
+    for (const Field& field : kFields)
+        context.drawStringAt(field.caption, {field.left + 0.5 * field.width, kCaptionBaseline},
+                             HorizontalAlign::kCentre);
 }
 
 } // namespace Sorel

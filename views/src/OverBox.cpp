@@ -39,6 +39,7 @@ bool OverBox::cool() {
 }
 
 void OverBox::draw(CDrawContext& context, const CRect& box) const {
+    if (!box.touches(context.getClipRect())) return;
     const DisplayColors& c = displayColors();
     const double glow = flash_ / double{kFullFlash};
     const bool any = overs_ > 0;

@@ -12,7 +12,7 @@ constexpr CRect kSyncLabel{5.0, 15.0, 35.0, 29.0};
 constexpr Orvel::ParameterId kParameters[] = {Orvel::kScopeChannelMode, Orvel::kScopeSyncMode,
                                               Orvel::kScopeTransientDetection,
                                               Orvel::kScopeDeEsserMale, Orvel::kScopeDeEsserFemale};
-constexpr int kMidFadeAlpha = 30;
+constexpr int kMidFadeAlpha = 110;
 } // namespace
 
 CScope::CScope(const CRect& size, Orvel::COrvelScope* analyser)
@@ -45,8 +45,9 @@ void CScope::applyColours() {
     for (const int lane :
          {Orvel::kScopeBothLanes, Orvel::kScopeFirstLane, Orvel::kScopeSecondLane}) {
         ScopeRenderLayer& layer = renderer_.layer(lane);
-        layer.lineColour = layer.topFade = layer.bottomFade = palette.grid;
-        layer.midFade = palette.grid.withAlpha(kMidFadeAlpha);
+        layer.lineColour = palette.wave;
+        layer.topFade = layer.bottomFade = palette.waveFill;
+        layer.midFade = palette.waveFill.withAlpha(kMidFadeAlpha);
     }
     renderer_.layer(Orvel::kScopeTransients).fillColour = palette.good;
     renderer_.layer(Orvel::kScopeSibilance).fillColour = palette.warn;
@@ -58,7 +59,7 @@ void CScope::applyParameters(bool clearing) {
     const auto isOn = [this](Orvel::ParameterId id) {
         return analyser()->parameter(id).getBoolValue();
     };
-    channelMode_ = analyser()->parameter(Orvel::kScopeChannelMode).getIntValue();
+    SetChannelMode(analyser()->parameter(Orvel::kScopeChannelMode).getIntValue());
     const bool twoLanes = channelMode_ == static_cast<int>(Orvel::ScopeChannelMode::leftAndRight);
     showLayer(Orvel::kScopeBothLanes, !twoLanes, clearing);
     showLayer(Orvel::kScopeFirstLane, twoLanes, clearing);
@@ -70,7 +71,6 @@ void CScope::applyParameters(bool clearing) {
     showSyncLabel_ = analyser()->parameter(Orvel::kScopeSyncMode).getIntValue() >
                      static_cast<int>(Orvel::ScopeSyncMode::transient);
     if (!showSyncLabel_ && syncMarkerActive_) arm(false);
-    setDirty(true);
 }
 
 void CScope::showLayer(int layer, bool on, bool clearing) {
@@ -98,6 +98,9 @@ void CScope::SetTempo(float beatsPerMinute) {
 }
 
 void CScope::SetChannelMode(int mode) {
+    if (mode != channelMode_)
+        for (StillPicture& name : laneNames_)
+            name.invalidate();
     channelMode_ = mode;
     setDirty(true);
 }

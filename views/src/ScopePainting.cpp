@@ -1,6 +1,7 @@
 // How the scope paints its rulers, labels and cursor over the curves.
 #include "analysis/ScopeTiming.h"
 #include "views/Scope.h"
+#include "views/SoftBed.h"
 
 #include <string>
 #include <string_view>
@@ -12,7 +13,7 @@ namespace {
 constexpr double kHeavyLine = 1.5;
 constexpr double kFineLine = 0.5;
 constexpr double kBelowRuler = 0.4; // so that the grid never outshines the wave
-constexpr CColor kWholeBeatColour{190, 152, 46, 225};
+constexpr CColor kWholeBeatColour{210, 168, 52, 255};
 constexpr int kSeparatorAlpha = 50;
 
 constexpr double kLabelSize = 9.0;
@@ -20,10 +21,15 @@ constexpr double kTopBaseline = 9.0;
 constexpr double kBottomBaseline = -3.0;
 constexpr double kLabelGap = 3.0; // between two labels; below it the finer one gives way
 constexpr double kLabelGivesWay = 6.0;
+constexpr double kReadable = 0.25; // what is fainter reads as a smudge
 
 constexpr double kBoxRadius = 2.0;
 constexpr int kArmedFillAlpha = 50;
 constexpr int kQuietAlpha = 150;
+constexpr int kNameAlpha = 225;
+constexpr int kNameBedAlpha = 205;
+constexpr CRect kNameRoom{-44.0, 0.0, 0.0, 20.0}; // from the lane's top right
+constexpr CPoint kNameEnd{-6.0, 12.0};
 
 constexpr double kCursorBoxWidth = 60.0;
 constexpr double kCursorBoxHeight = 16.0;
@@ -134,21 +140,29 @@ void CScope::drawLabels(CDrawContext& context, const Ruler& ruler, double baseli
         double fade = line.fade;
         if (fade < 1.0)
             fade = std::clamp((ruler.spacing - width - kLabelGap) / kLabelGivesWay, 0.0, fade);
-        context.setFontColor((line.wholeBeat ? kWholeBeatColour : colors().dim).faded(fade));
+        if (fade < kReadable) continue;
+        context.setFontColor((line.wholeBeat ? kWholeBeatColour : colors().number).faded(fade));
         context.drawStringAt(label, {x, baseline}, HorizontalAlign::kCentre);
     }
 }
 
 void CScope::drawLaneNames(CDrawContext& context) {
-    constexpr double kFromRight = 6.0;
-    constexpr double kBaseline = 12.0;
+    const auto draw = [&](StillPicture& picture, std::string_view name, double top) {
+        if (name.empty()) return;
+        const CPoint corner{dataRect_.right, top};
+        picture.draw(context, kNameRoom.moved(corner), [&](CDrawContext& still) {
+            const CPoint end = corner + kNameEnd;
+            still.setFont(kDefaultFont, kLabelSize, kBoldFont);
+            const double left = std::floor(end.x - still.getStringWidth(name));
+            drawSoftBed(still, {left, end.y - 7.0, end.x, end.y},
+                        colors().ground.withAlpha(kNameBedAlpha));
+            still.setFontColor(colors().text1.withAlpha(kNameAlpha));
+            still.drawStringAt(name, end, HorizontalAlign::kRight);
+        });
+    };
     const LaneNames names = laneNames(channelMode_);
-    context.setFont(kDefaultFont, kLabelSize, kBoldFont);
-    context.setFontColor(colors().text1.withAlpha(kQuietAlpha));
-    const double x = dataRect_.right - kFromRight;
-    context.drawStringAt(names.first, {x, dataRect_.top + kBaseline}, HorizontalAlign::kRight);
-    context.drawStringAt(names.second, {x, std::round(dataRect_.centre().y + kBaseline)},
-                         HorizontalAlign::kRight);
+    draw(laneNames_[0], names.first, dataRect_.top);
+    draw(laneNames_[1], names.second, std::round(dataRect_.centre().y));
 }
 
 void CScope::drawSync(CDrawContext& context) {
@@ -172,8 +186,6 @@ void CScope::DrawCursor(CDrawContext& context, CPoint position) {
     if (!dataRect_.contains(position)) return;
     const CColor gold = colors().main;
     const double x = std::min(std::floor(position.x), dataRect_.right - 1.0);
-    column(context, x, dataRect_.top, dataRect_.bottom, 1.0, gold);
-
     const bool twoLanes = channelMode_ == static_cast<int>(Orvel::ScopeChannelMode::leftAndRight);
     CRect lane = dataRect_;
     if (twoLanes)
@@ -187,6 +199,9 @@ void CScope::DrawCursor(CDrawContext& context, CPoint position) {
     double top = std::floor(position.y) - kAbovePointer - kCursorBoxHeight;
     if (top < dataRect_.top) top = std::floor(position.y) + kBelowPointer;
     const CRect readOut = CRect::ofSize(left, top, kCursorBoxWidth, kCursorBoxHeight);
+    const bool throughBox = x >= readOut.left && x < readOut.right;
+    column(context, x, dataRect_.top, throughBox ? readOut.top : dataRect_.bottom, 1.0, gold);
+    if (throughBox) column(context, x, readOut.bottom, dataRect_.bottom, 1.0, gold);
     box(context, readOut, colors().shade, gold, 0.5);
     context.setFont(kDefaultFont, kCursorTextSize, kBoldFont);
     context.setFontColor(gold);

@@ -13,11 +13,6 @@ constexpr int kTraceAlpha = 225;
 constexpr double kTraceWidth = 1.2;
 } // namespace
 
-void ColumnRange::add(int column) {
-    first = isEmpty() ? column : std::min(first, column);
-    end = std::max(end, column + 1);
-}
-
 void CNewScopeRenderer::attach(IScopeDataProvider* provider, int numColumns) {
     provider_ = provider;
     numColumns_ = std::max(0, numColumns);
@@ -100,12 +95,7 @@ CNewScopeRenderer::markOf(ScopeColumn column, int /*layer*/, double height) cons
 
 ColumnRange
 CNewScopeRenderer::clipped(const CDrawContext& context, const CRect& rect, int before, int after) {
-    const CRect clip = context.getClipRect();
-    const double first = std::floor(clip.left - rect.left) - before;
-    const double end = std::ceil(clip.right - rect.left) + after;
-    const double last = numColumns_;
-    return {static_cast<int>(std::clamp(first, 0.0, last)),
-            static_cast<int>(std::clamp(end, 0.0, last))};
+    return ColumnRange::toPaint(context, rect.left, numColumns_, before, after);
 }
 
 void CNewScopeRenderer::Draw(CDrawContext& context, const CRect& rect) {

@@ -206,13 +206,32 @@ void CSpectrum::onTimer(std::int64_t elapsedMilliseconds) {
     model_.receive(analyser()->display().spectra[view_]);
     const int steps = model_.advance(static_cast<double>(elapsedMilliseconds));
     if (steps == 0) return;
-    const bool newPicture = waterfallMode_ ? waterfallMoved(steps) : measurePicture();
-    const bool newHighest = !waterfallMode_ && updateHighest();
-    if (newPicture || newHighest) setDirty(true);
+    if (waterfallMode_) {
+        if (waterfallMoved(steps)) setDirty(true);
+        return;
+    }
+    const bool all = measurePicture();
+    // The cross reads what is under it.
+    if (all || (isMouseInside() && changes_.any()))
+        setDirty(true);
+    else
+        askForChanges();
+    if (updateHighest()) invalidRect(highestRoom());
 }
 
 bool CSpectrum::measurePicture() {
-    return lineMode_ ? curve_.update(model_) : bars_.update(model_, getViewSize());
+    const CRect& room = getViewSize();
+    return lineMode_ ? curve_.update(model_, room.height(), changes_)
+                     : bars_.update(model_, room, changes_);
+}
+
+void CSpectrum::askForChanges() {
+    const CRect& room = getViewSize();
+    changes_.forEach([&](int first, int end, float top, float bottom) {
+        const CRect part{room.left + first, room.top + std::floor(double{top}), room.left + end,
+                         room.top + std::ceil(double{bottom})};
+        invalidRect(part.intersected(room));
+    });
 }
 
 /// After a change of settings. A frozen frame is shown in the new way at once.
@@ -249,6 +268,7 @@ bool CSpectrum::updateHighest() {
         .text(")");
     if (std::strcmp(text, highestText_.c_str()) == 0) return false;
     highestText_.assign(text);
+    highest_.invalidate();
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "views/SpectrumAxes.h"
 
 #include "views/DisplayControl.h"
+#include "views/SoftBed.h"
 #include "views/SpectrumColors.h"
 
 namespace Sorel {
@@ -11,7 +12,7 @@ constexpr int kLowestTickDb = -72;
 constexpr int kTickDb = 6;
 constexpr double kLevelTextRight = 22.0; // numbers end here, from the left edge
 constexpr double kShadeWidth = 40.0;
-constexpr int kNumberBedAlpha = 170;
+constexpr int kNumberBedAlpha = 200;
 constexpr double kLineFoot = 12.0;  // frequency lines end above the bottom
 constexpr double kTextGap = 4.0;    // between two frequencies
 constexpr double kTextBottom = 3.0; // baseline of the frequencies, from the bottom
@@ -104,7 +105,7 @@ void SpectrumAxes::drawNumbers(CDrawContext& context) {
 
 void SpectrumAxes::drawLevels(CDrawContext& context) const {
     context.setFont(kDefaultFont, 8.0, kBoldFont);
-    context.setFontColor(displayColors().dim.withAlpha(255));
+    context.setFontColor(displayColors().number);
     for (int db = kHighestTickDb; db > kLowestTickDb; db -= kTickDb) {
         const double y = std::floor(levelLine(static_cast<float>(db)));
         const bool fits = y - 4.0 >= room_.top && y + 4.0 <= room_.bottom - kFootHeight;
@@ -112,16 +113,16 @@ void SpectrumAxes::drawLevels(CDrawContext& context) const {
         const std::string text = numberText(db, 0, db > 0);
         const double right = room_.left + kLevelTextRight;
         // A bed, so that grid and curves do not strike the number through.
-        const double left = std::floor(right - context.getStringWidth(text)) - 1.0;
-        context.setFillColor(kWellShade.withAlpha(kNumberBedAlpha));
-        context.drawRect({left, y - 4.0, right + 1.0, y + 4.0}, kFilled);
+        const double left = std::floor(right - context.getStringWidth(text));
+        drawSoftBed(context, {left, y - 3.0, right, y + 3.0},
+                    kWellShade.withAlpha(kNumberBedAlpha));
         context.drawStringAt(text, {right, y + 3.0}, HorizontalAlign::kRight);
     }
 }
 
 void SpectrumAxes::drawFrequencies(CDrawContext& context) const {
     context.setFont(kDefaultFont, 9.0, kBoldFont);
-    context.setFontColor(displayColors().dim.withAlpha(255));
+    context.setFontColor(displayColors().number);
     double taken = room_.left;
     for (const FrequencyLine& line : grid_.lines()) {
         const double x = frequencyLine(line.x);

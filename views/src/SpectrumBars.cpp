@@ -3,6 +3,7 @@
 #include "views/DisplayColors.h"
 #include "views/SpectrumColors.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace Sorel {
@@ -14,7 +15,9 @@ constexpr double kFootFactor = 1.15;
 constexpr CColor kLitRow{255, 255, 255, 46};
 } // namespace
 
-bool SpectrumBars::update(const Orvel::SpectrumModel& model, const CRect& room) {
+bool SpectrumBars::update(const Orvel::SpectrumModel& model,
+                          const CRect& room,
+                          ChangedRows& changes) {
     const auto x = [&](float hz) {
         return room.left + std::ceil(model.scale().positionOf(double{hz}));
     };
@@ -35,9 +38,25 @@ bool SpectrumBars::update(const Orvel::SpectrumModel& model, const CRect& room) 
         value = peak = Orvel::kLowestShownDb;
         left = right;
     }
-    if (next_ == bars_) return false;
     bars_.swap(next_);
-    return true;
+    changes.begin(static_cast<int>(room.width()));
+    if (!std::equal(bars_.begin(), bars_.end(), next_.begin(), next_.end(),
+                    [](const Bar& a, const Bar& b) { return a.standsAs(b); }))
+        return true;
+    for (std::size_t i = 0; i < bars_.size(); ++i) {
+        const Bar& now = bars_[i];
+        const Bar& before = next_[i];
+        const auto enter = [&](double from, double to, double height) {
+            if (from == to) return;
+            changes.add(static_cast<int>(now.left - room.left),
+                        static_cast<int>(now.right - room.left),
+                        static_cast<float>(std::min(from, to) - room.top),
+                        static_cast<float>(std::max(from, to) - room.top + height));
+        };
+        enter(before.top, now.top, 1.0);
+        enter(before.peak, now.peak, kPeakHeight);
+    }
+    return false;
 }
 
 void SpectrumBars::drawBars(CDrawContext& context, const SpectrumAxes& axes) {

@@ -5,19 +5,15 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace Sorel {
 
 namespace {
 constexpr float kVisibleDb = 0.02F; // a tenth of a pixel, less is not painted anew
+constexpr float kLineReach = 1.5F;  // pixels beyond its heights that a line may colour
 constexpr float kFloorDb = Orvel::kLowestShownDb + 0.01F;
 
-/// Columns stand in the middle of their pixels: so the tip of a tone is one bright pixel. One more
-/// at each end reaches over the edges.
-void toTheEdges(std::vector<float>& heights) {
-    heights.front() = heights[1];
-    heights.back() = heights[heights.size() - 2];
-}
 } // namespace
 
 float SpectrumCurve::at(const std::vector<float>& levels, int column) {
@@ -26,11 +22,12 @@ float SpectrumCurve::at(const std::vector<float>& levels, int column) {
     return levels[static_cast<std::size_t>(std::clamp(column, 0, last))];
 }
 
-bool SpectrumCurve::update(const Orvel::SpectrumModel& model) {
-    bool changed = place(model);
-    changed |= measure(model.analyzeMode(), model.smoothed(), level_);
-    changed |= measure(model.analyzeMode(), model.peaks(), peak_);
-    return changed;
+bool SpectrumCurve::update(const Orvel::SpectrumModel& model, double height, ChangedRows& changes) {
+    const bool all = place(model);
+    changes.begin(static_cast<int>(columns_.size()));
+    measure(model.analyzeMode(), model.smoothed(), level_, height, changes);
+    measure(model.analyzeMode(), model.peaks(), peak_, height, changes);
+    return all;
 }
 
 bool SpectrumCurve::place(const Orvel::SpectrumModel& model) {
@@ -63,22 +60,22 @@ bool SpectrumCurve::place(const Orvel::SpectrumModel& model) {
     return true;
 }
 
-bool SpectrumCurve::measure(Orvel::AnalyzeMode mode,
+void SpectrumCurve::measure(Orvel::AnalyzeMode mode,
                             Orvel::SpectrumLevels bins,
-                            std::vector<float>& shown) {
+                            std::vector<float>& shown,
+                            double height,
+                            ChangedRows& changes) {
     // Half a bin up: frequencies that rounding cannot push into the bin below.
     const auto range = [&](int first, int end) {
         return Orvel::analyzeRange(mode, (first + 0.5) * bins.binHz, (end + 0.5) * bins.binHz,
                                    bins);
     };
-    next_.resize(columns_.size());
     int bin = -2; // whose levels `here` and `there` are
     float here = 0.0F;
     float there = 0.0F;
-    bool changed = false;
     for (std::size_t c = 0; c < columns_.size(); ++c) {
         const Column& column = columns_[c];
-        float& level = next_[c];
+        float level;
         if (column.end > column.first) {
             level = range(column.first, column.end);
         } else {
@@ -89,31 +86,58 @@ bool SpectrumCurve::measure(Orvel::AnalyzeMode mode,
             }
             level = here + Orvel::raisedCosine(column.part) * (there - here);
         }
-        changed |= std::abs(level - shown[c]) > kVisibleDb;
+        if (std::abs(level - shown[c]) <= kVisibleDb) continue;
+        const float before = std::exchange(shown[c], level);
+        enter(shown, c, before, height, changes);
     }
-    if (changed) shown.swap(next_);
-    return changed;
 }
+
+/// The lines to both neighbours move, and with them what their columns show.
+void SpectrumCurve::enter(const std::vector<float>& shown,
+                          std::size_t column,
+                          float before,
+                          double height,
+                          ChangedRows& changes) {
+    const float left = shown[column > 0 ? column - 1 : 0];
+    const float right = shown[std::min(column + 1, shown.size() - 1)];
+    const auto [low, high] = std::minmax({before, shown[column], left, right});
+    const auto row = [height](float db) {
+        return Orvel::levelPosition(db, 0.0F, static_cast<float>(height));
+    };
+    const int c = static_cast<int>(column);
+    changes.add(c - 1, c + 2, row(high) - kLineReach, row(low) + kLineReach);
+}
+
+/// One column more on each side than what is to be painted, so that no line ends there.
+ColumnRange SpectrumCurve::toPaint(const CDrawContext& context, const CRect& room) const {
+    return ColumnRange::toPaint(context, room.left, static_cast<int>(level_.size()), 1, 1);
+}
+
+// Columns stand in the middle of their pixels: so the tip of a tone is one bright pixel. One more
+// at each end reaches over the edges.
 
 void SpectrumCurve::drawFill(CDrawContext& context, const SpectrumAxes& axes) {
     const CRect& room = axes.room();
     const auto top = static_cast<float>(room.top);
     const auto bottom = static_cast<float>(room.bottom);
-    const std::size_t count = level_.size();
-    if (count == 0) return;
-    lower_.assign(count + 2, bottom);
-    const double radius = std::min(axes.cornerRadius(), static_cast<double>(count) * 0.5);
-    for (std::size_t c = 0; static_cast<double>(c) < radius; ++c) {
-        const double across = radius - static_cast<double>(c) - 0.5;
-        const double up = radius - std::sqrt(std::max(0.0, radius * radius - across * across));
-        lower_[c + 1] = lower_[count - c] = static_cast<float>(room.bottom - up);
+    const ColumnRange range = toPaint(context, room);
+    if (range.isEmpty()) return;
+    const double radius = axes.cornerRadius();
+    const auto footOf = [&](int column) {
+        const double fromEdge =
+            std::min(double(column), static_cast<double>(level_.size()) - 1.0 - column);
+        const double across = radius - fromEdge - 0.5;
+        if (across <= 0.0) return bottom;
+        return static_cast<float>(room.bottom - radius +
+                                  std::sqrt(std::max(0.0, radius * radius - across * across)));
+    };
+    upper_.clear();
+    lower_.clear();
+    for (int c = range.first - 1; c <= range.end; ++c) {
+        lower_.push_back(footOf(std::clamp(c, 0, static_cast<int>(level_.size()) - 1)));
+        upper_.push_back(std::min(lower_.back(), Orvel::levelPosition(levelAt(c), top, bottom)));
     }
-    upper_.resize(count + 2);
-    for (std::size_t c = 0; c < count; ++c)
-        upper_[c + 1] = std::min(lower_[c + 1], Orvel::levelPosition(level_[c], top, bottom));
-    toTheEdges(upper_);
-    toTheEdges(lower_);
-    context.drawColumnBand({room.left - 0.5, 1.0, upper_, lower_},
+    context.drawColumnBand({room.left + range.first - 0.5, 1.0, upper_, lower_},
                            spectrumFill(room.top, room.bottom), {}, 0.0);
 }
 
@@ -131,18 +155,17 @@ void SpectrumCurve::drawTrace(CDrawContext& context,
                               const std::vector<float>& levels,
                               CColor color,
                               double width) {
-    const std::size_t count = levels.size();
-    if (count == 0) return;
-    const auto silent = [&](std::size_t c) { return c >= count || levels[c] <= kFloorDb; };
-    upper_.resize(count + 2);
-    for (std::size_t c = 0; c < count; ++c) {
-        const bool hidden = silent(c) && silent(c + 1) && (c == 0 || silent(c - 1));
-        upper_[c + 1] = hidden ? std::numeric_limits<float>::quiet_NaN()
-                               : Orvel::levelPosition(levels[c], static_cast<float>(room.top),
-                                                      static_cast<float>(room.bottom));
+    const ColumnRange range = toPaint(context, room);
+    if (range.isEmpty()) return;
+    const auto silent = [&](int column) { return at(levels, column) <= kFloorDb; };
+    upper_.clear();
+    for (int c = range.first - 1; c <= range.end; ++c) {
+        const bool hidden = silent(c - 1) && silent(c) && silent(c + 1);
+        upper_.push_back(hidden ? std::numeric_limits<float>::quiet_NaN()
+                                : Orvel::levelPosition(at(levels, c), static_cast<float>(room.top),
+                                                       static_cast<float>(room.bottom)));
     }
-    toTheEdges(upper_);
-    context.drawColumnLine(room.left - 0.5, 1.0, upper_, color, width);
+    context.drawColumnLine(room.left + range.first - 0.5, 1.0, upper_, color, width);
 }
 
 } // namespace Sorel

@@ -1,10 +1,12 @@
 // How the spectrum view paints: the three pictures, and the read-outs over them.
 #include "analysis/OrvelScope.h"
 #include "views/NoteName.h"
+#include "views/SoftBed.h"
 #include "views/Spectrum.h"
 #include "views/SpectrumColors.h"
 
 #include <cmath>
+#include <string_view>
 
 namespace Sorel {
 
@@ -12,16 +14,29 @@ namespace {
 
 constexpr double kTextInset = 8.0; // "Highest" ends before the right edge
 constexpr double kTextBaseline = 14.0;
-constexpr int kPlateAlpha = 150;
+constexpr double kHighestWidth = 190.0;
+constexpr double kHighestFoot = 20.0;
+constexpr int kHighestBedAlpha = 215;
 constexpr CPoint kLabelPlace{34.0, 14.0};
 constexpr double kProjectorFoot = 12.0;
 constexpr CPoint kProjectorText{4.0, 28.0};
 constexpr double kProjectorTextWidth = 50.0;
 
 constexpr double kHoverWidth = 80.0;
-constexpr double kHoverHeight = 34.0;
+constexpr double kHoverHeight = 37.0;
 constexpr double kHoverDistance = 15.0; // from the pointer
-constexpr double kHoverBaselines[] = {11.0, 21.0, 31.0};
+constexpr double kHoverBaselines[] = {11.0, 22.0, 33.0};
+
+/// The words of "Highest", each as wide as it may become; the last is all the rest. They stand in
+/// columns, so that what does not change does not move.
+struct Word {
+    std::string_view widest;
+    HorizontalAlign align;
+};
+constexpr Word kHighestWords[] = {{"Highest:", HorizontalAlign::kLeft},
+                                  {"-72.0dB", HorizontalAlign::kRight},
+                                  {"@", HorizontalAlign::kLeft},
+                                  {"96000.0Hz (#G-3)", HorizontalAlign::kLeft}};
 
 } // namespace
 
@@ -90,17 +105,47 @@ void CSpectrum::drawNewestRow(CDrawContext& context, const WaterfallProjection& 
     context.drawPolyline(newest_);
 }
 
-void CSpectrum::drawHighest(CDrawContext& context) const {
+/// As wide as the text and its bed may become.
+CRect CSpectrum::highestRoom() const {
     const CRect& room = getViewSize();
+    return {room.right - kHighestWidth, room.top, room.right, room.top + kHighestFoot};
+}
+
+/// Curves and the projector's line may pass under it.
+void CSpectrum::drawHighest(CDrawContext& context) {
+    const CRect room = highestRoom();
+    if (!room.touches(context.getClipRect())) return;
+    highest_.draw(context, room, [&](CDrawContext& text) {
+        highestBed_.draw(text, room, [&](CDrawContext& still) {
+            const CRect lines{room.left + kSoftBedReach, room.top + kTextBaseline - 7.0,
+                              room.right - kTextInset, room.top + kTextBaseline};
+            drawSoftBed(still, lines, colors().ground.withAlpha(kHighestBedAlpha));
+        });
+        drawHighestWords(text);
+    });
+}
+
+void CSpectrum::drawHighestWords(CDrawContext& context) const {
+    const CRect& room = getViewSize();
+    const double baseline = room.top + kTextBaseline;
     context.setFont(kDefaultFont, 10.0, kRegularFont);
-    const double right = room.right - kTextInset;
-    const double left = std::floor(right - context.getStringWidth(highestText_.c_str()));
-    // Curves and the projector's line may pass here.
-    context.setFillColor(kWellShade.withAlpha(kPlateAlpha));
-    context.drawRect({left - 3.0, room.top + 4.0, right + 3.0, room.top + 18.0}, kFilled);
     context.setFontColor(colors().text2);
-    context.drawStringAt(highestText_.c_str(), {right, room.top + kTextBaseline},
-                         HorizontalAlign::kRight);
+    const double gap = context.getStringWidth(" ");
+    double left = room.right - kTextInset + gap;
+    for (const Word& word : kHighestWords)
+        left -= std::ceil(context.getStringWidth(word.widest) + gap);
+    left = std::floor(left);
+    std::string_view rest = highestText_.c_str();
+    for (const auto& [widest, align] : kHighestWords) {
+        const bool last = widest == std::end(kHighestWords)[-1].widest;
+        const std::size_t end = last ? rest.size() : std::min(rest.find(' '), rest.size());
+        const double width = std::ceil(context.getStringWidth(widest));
+        context.drawStringAt(rest.substr(0, end),
+                             {align == HorizontalAlign::kLeft ? left : left + width, baseline},
+                             align);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        left += std::ceil(context.getStringWidth(widest) + gap);
+    }
 }
 
 void CSpectrum::drawProjector(CDrawContext& context) const {
@@ -144,11 +189,6 @@ void CSpectrum::readLevels(double hz, double x, float& peakDb, float& levelDb) c
 void CSpectrum::DrawCursor(CDrawContext& context, CPoint position) {
     const CRect& room = getViewSize();
     const CPoint at{std::floor(position.x) + 0.5, std::floor(position.y) + 0.5};
-    context.setLineWidth(0.5);
-    context.setFrameColor(colors().main);
-    context.drawLine(at.x, room.top, at.x, room.bottom);
-    context.drawLine(room.left, at.y, room.right, at.y);
-
     const double x = position.x - room.left;
     const double hz = model_.scale().limited(model_.scale().frequencyAt(x));
     float peak = Orvel::kLowestShownDb;
@@ -165,9 +205,21 @@ void CSpectrum::DrawCursor(CDrawContext& context, CPoint position) {
     const double pointer = std::floor(position.x);
     const bool fits = pointer + kHoverDistance + width <= room.right;
     const double left = fits ? pointer + kHoverDistance : pointer - kHoverDistance - width;
-    const double top = std::clamp(std::floor(position.y) - kHoverHeight * 0.5, room.top,
+    // Below "Highest", which the lines of the cross leave alone too.
+    const CRect highest = highestRoom();
+    const double highestTop = left + width > highest.left ? highest.bottom : room.top;
+    const double top = std::clamp(std::floor(position.y - kHoverHeight * 0.5), highestTop,
                                   room.bottom - kHoverHeight);
     const CRect box = CRect::ofSize(left, top, width, kHoverHeight);
+
+    context.setLineWidth(0.5);
+    context.setFrameColor(colors().main);
+    context.drawLine(at.x, at.x > highest.left ? highest.bottom : room.top, at.x, room.bottom);
+    const double end = at.y < highest.bottom ? highest.left : room.right;
+    const bool crossesBox = at.y > box.top && at.y < box.bottom;
+    context.drawLine(room.left, at.y, crossesBox ? std::min(box.left, end) : end, at.y);
+    if (crossesBox && box.right < end) context.drawLine(box.right, at.y, end, at.y);
+
     context.setFillColor(colors().shade);
     context.drawRoundRect(box, 2.0F, kFilled);
     context.drawRoundRect(box.inset(0.5, 0.5), 2.0F, kStroked);

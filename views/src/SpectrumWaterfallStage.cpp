@@ -116,7 +116,7 @@ void SpectrumWaterfallStage::drawFrequencies(CDrawContext& context,
                                              std::span<const FrequencyLine> frequencies) const {
     const DisplayColors& colors = displayColors();
     context.setFont(kDefaultFont, 9.0, kBoldFont);
-    context.setFontColor(colors.dim.withAlpha(255));
+    context.setFontColor(colors.number);
     context.setFrameColor(colors.grid);
     context.setLineWidth(1.0);
     double taken = projection_.room().left;

@@ -1,5 +1,7 @@
 #include "views/SplineDots.h"
 
+#include <algorithm>
+
 namespace Sorel {
 
 namespace {
@@ -43,6 +45,25 @@ void SplineDots::setPoints(const Points& points, float reach) {
     }
     close(right_);
     close(down_);
+}
+
+CRect SplineDots::bounds() const {
+    // The outer two of the weights are t (1 - t) below zero together: a quarter at most.
+    constexpr float kSwing = 0.25F;
+    float left = right_[0];
+    float right = left;
+    float top = down_[0];
+    float bottom = top;
+    for (std::size_t i = 0; i < right_.size(); ++i) {
+        left = std::min(left, right_[i]);
+        right = std::max(right, right_[i]);
+        top = std::min(top, down_[i]);
+        bottom = std::max(bottom, down_[i]);
+    }
+    const float across = kSwing * (right - left) + 1.0F;
+    const float down = kSwing * (bottom - top) + 1.0F;
+    return {double{left - across}, double{top - down}, double{right + across},
+            double{bottom + down}};
 }
 
 void SplineDots::draw(CDrawContext& context, CPoint centre, CColor color) {

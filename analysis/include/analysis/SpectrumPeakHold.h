@@ -1,6 +1,10 @@
 // How long peaks stand, and how fast they fall.
 #pragma once
 
+#include "analysis/SpectrumHandover.h"
+
+#include <algorithm>
+
 namespace Orvel {
 
 /// Threads: its owner's.
@@ -15,7 +19,16 @@ class SpectrumPeakHold {
     float decayDbPerMs() const noexcept { return decay_; }
 
     /// One step of `ms` of a peak and its remaining hold: up at once, down after the hold.
-    void step(float level, float ms, float& peakDb, float& remainingMs) const noexcept;
+    /// Without branches: over thousands of bins it is run several at a time.
+    void step(float level, float ms, float& peakDb, float& remainingMs) const noexcept {
+        const bool rises = level >= peakDb;
+        const bool waits = remainingMs > 0;
+        const float lower = std::max(kLowestShownDb, peakDb - (falls_ ? decay_ * ms : 0.0F));
+        const float later = falls_ && waits ? remainingMs - ms : remainingMs;
+        const float resting = waits ? peakDb : lower;
+        peakDb = rises ? level : resting;
+        remainingMs = rises ? holdMs_ : later;
+    }
 
   private:
     bool falls_ = true;

@@ -1,17 +1,18 @@
 // A source that plays for ever.
 #include "FileStream.h"
 
+#include "StandardError.h"
 #include "UserError.h"
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace Standalone {
 
 namespace {
-// The audio thread wakes nobody. Far less than the ring lasts at any sample rate.
-constexpr auto kLookInterval = std::chrono::milliseconds(20);
+// The audio thread wakes nobody.
+constexpr auto kLookSoon = std::chrono::milliseconds(10);
+constexpr int kLooksPerRing = 6;
 } // namespace
 
 FileStream::FileStream(std::unique_ptr<AudioSource> source)
@@ -95,17 +96,28 @@ void FileStream::readAhead() {
         if (std::exchange(seekWanted_, false)) {
             const std::int64_t target = seekTarget_;
             readGeneration_ = generation_.load(std::memory_order_relaxed);
+            piecesSinceSeek_ = 0;
             lock.unlock();
             carryOutSeek(target);
             lock.lock();
             continue;
         }
         lock.unlock();
-        const bool filled = fillPiece();
+        {
+            const QuietLibraries quiet; // once for all pieces
+            while (fillPiece()) {
+            }
+        }
         lock.lock();
-        if (!filled)
-            wake_.wait_for(lock, kLookInterval, [this] { return stopping_ || seekWanted_; });
+        wake_.wait_for(lock, lookInterval(), [this] { return stopping_ || seekWanted_; });
     }
+}
+
+/// After a seek the ring is full of what nobody wants, until the audio thread has dropped it.
+std::chrono::milliseconds FileStream::lookInterval() const {
+    if (piecesSinceSeek_ < kPieces) return kLookSoon;
+    const double seconds = double{kPieces * Piece::kMostFrames} / info_.sampleRate;
+    return std::chrono::milliseconds(static_cast<int>(1000.0 * seconds / kLooksPerRing));
 }
 
 bool FileStream::fillPiece() {
@@ -122,6 +134,7 @@ bool FileStream::fillPiece() {
     piece->generation = readGeneration_;
     if (got > 0) {
         ring_.push();
+        ++piecesSinceSeek_;
         next_ += got;
         readSinceStart_ = true;
     }

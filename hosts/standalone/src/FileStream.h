@@ -4,6 +4,7 @@
 #include "AudioSource.h"
 #include "PieceRing.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -52,6 +53,7 @@ class FileStream {
     static constexpr std::size_t kPieces = 64;
 
     void readAhead();
+    std::chrono::milliseconds lookInterval() const;
     bool fillPiece();
     bool startOver();
     void carryOutSeek(std::int64_t frame);
@@ -66,6 +68,7 @@ class FileStream {
     std::uint32_t readGeneration_ = 0;
     bool readSinceStart_ = false;
     bool stuck_ = false;
+    std::size_t piecesSinceSeek_ = 0;
 
     // Between main and reading thread, under the mutex.
     mutable std::mutex mutex_;

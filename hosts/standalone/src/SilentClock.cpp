@@ -7,7 +7,7 @@
 namespace Standalone {
 
 namespace {
-constexpr double kSecondsPerCall = 0.01;
+constexpr double kSecondsPerCall = 0.0125; // half a picture: what scrolls moves evenly
 // After a longer sleep of the machine the lost time is not made up for.
 constexpr auto kLongestDelay = std::chrono::milliseconds(200);
 } // namespace

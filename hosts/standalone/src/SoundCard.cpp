@@ -9,6 +9,7 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <thread>
 
 namespace Standalone {
 namespace {
@@ -53,6 +54,7 @@ class RtAudioCard final : public SoundCard {
 
     ~RtAudioCard() override {
         const QuietLibraries quiet;
+        leaveClosingToJack();
         if (audio_.isStreamOpen()) audio_.closeStream();
     }
 
@@ -71,6 +73,24 @@ class RtAudioCard final : public SoundCard {
     std::string name() const override { return name_; }
 
   private:
+    /// When its server goes, RtAudio closes the stream on a thread of its own; two that close at
+    /// once free everything twice.
+    void leaveClosingToJack() {
+        using namespace std::chrono_literals;
+        if (audio_.getCurrentApi() != RtAudio::UNIX_JACK) return;
+        const auto within = [this](std::chrono::milliseconds time, auto happened) {
+            const Steady::time_point end = Steady::now() + time;
+            while (!happened() && Steady::now() < end)
+                std::this_thread::sleep_for(10ms);
+            return happened();
+        };
+        const unsigned calls = calls_.load(std::memory_order_relaxed);
+        const auto isCalled = [&] { return calls_.load(std::memory_order_relaxed) != calls; };
+        const auto isClosed = [this] { return !audio_.isStreamOpen(); };
+        if (within(250ms, [&] { return isCalled() || isClosed(); }) && isCalled()) return;
+        if (within(2s, isClosed)) std::this_thread::sleep_for(50ms); // its last steps
+    }
+
     RtAudio::DeviceInfo chooseDevice(RtAudio::StreamParameters& device) {
         if (audio_.getDeviceCount() == 0)
             throw RtAudioError("no device", RtAudioError::NO_DEVICES_FOUND);

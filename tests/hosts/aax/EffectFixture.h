@@ -3,6 +3,7 @@
 
 #include "StubModule.h"
 #include "Vardo_AAX_Wrapper.h"
+#include "sdk/Effect.h"
 
 #include <gtest/gtest.h>
 
@@ -24,9 +25,6 @@ class EffectFixture : public testing::Test {
         effect->controller = &controller;
         effect->transport = &transport;
         return effect->Initialize();
-    }
-    AAX_IParameter& shown(const char* id) {
-        return *effect->mParameterManager.GetParameterByID(id);
     }
 
     AAX_IController controller;

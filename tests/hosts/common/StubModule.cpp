@@ -72,9 +72,8 @@ Vardo::IPluginParameter* StubPlugin::getParameter(int index) {
 }
 
 void StubPlugin::setBlockSize(int samples) {
-    blockSize = samples;
     scratch.assign(static_cast<std::size_t>(samples), 0.0F);
-    if (keepNotes) blockSizes.push_back(samples);
+    blockSizes.push_back(samples);
 }
 
 void StubPlugin::process(Vardo::IProcessContext& context) {

@@ -1,4 +1,4 @@
-// A module of made-up plug-ins behind the two module functions, to test the adapter alone.
+// A module of made-up plug-ins behind the two module functions, to test an adapter alone.
 #pragma once
 
 #include "frame/ParameterProperty.h"
@@ -7,6 +7,7 @@
 #include "frame/PluginEditor.h"
 #include "frame/VardoCallback.h"
 
+#include <array>
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -35,6 +36,7 @@ struct StubModule {
 class StubEditor final : public Vardo::IPluginEditor {
   public:
     void open(void* parentWindow) override {
+        openedTwice = openedTwice || isOpen();
         parent = opens ? parentWindow : nullptr;
         ++timesOpened;
     }
@@ -65,6 +67,7 @@ class StubEditor final : public Vardo::IPluginEditor {
     int eventDescriptor() override { return descriptor; }
 
     bool opens = true;
+    bool openedTwice = false; ///< without a `close` between
     void* parent = nullptr;
     int width = 640;
     int height = 360;
@@ -78,7 +81,7 @@ class StubEditor final : public Vardo::IPluginEditor {
 
 /// Passes input to output, halved, and adds the side chain; notes what it is told.
 /// Parameter 1 of its four is not automatable.
-class StubPlugin final : public Vardo::IPluginBase {
+class StubPlugin final : public Vardo::IPluginBase, public Vardo::ParameterChangeListener {
   public:
     explicit StubPlugin(Vardo::VardoCallback* callback);
     ~StubPlugin() override;
@@ -99,8 +102,20 @@ class StubPlugin final : public Vardo::IPluginBase {
     Vardo::IPluginEditor* getEditor() override { return editor.get(); }
     int getLatency() override { return StubModule::instance().latency; }
     void processEvents(const Vardo::EventList& list) override { events = list; }
+    /// Of the last list: place in the block and the three bytes, event by event.
+    std::vector<std::array<int, 4>> midi() const {
+        std::vector<std::array<int, 4>> bytes;
+        for (const Vardo::MidiRecord& event : events)
+            bytes.push_back({event.deltaFrames, event.status, event.data1, event.data2});
+        return bytes;
+    }
     bool getOutputPinName(int index, char* text) override;
     void onIdle() override;
+    /// From now on the host hears at once of each change of this parameter, as from a dial.
+    void tellHostOf(std::size_t index) { parameters[index]->setImmediateListener(this); }
+    void parameterChanged(Vardo::IPluginParameter* parameter) override {
+        host->automate(parameter->getHostIndex(), parameter->getNormalizedValue());
+    }
 
     struct Block {
         bool hasSidechain = false;
@@ -117,7 +132,7 @@ class StubPlugin final : public Vardo::IPluginBase {
     std::unique_ptr<StubEditor> editor;
     std::vector<std::unique_ptr<Vardo::ParameterProperty>> parameters;
     std::atomic<double> sampleRate{0};
-    int blockSize = 0; // the adapter keeps `process` and `setBlockSize` apart
+    // The adapter keeps `process` and `setBlockSize` apart: no locks here.
     std::vector<float> scratch;
     std::vector<int> blockSizes; // as announced
     Block block;                 // the last one
@@ -131,5 +146,4 @@ class StubPlugin final : public Vardo::IPluginBase {
     std::function<void()> duringProcess;
     std::function<void()> duringIdle;
     std::function<void()> duringDestruction;
-    bool keepNotes = true; // lists of what happened; off while threads run
 };

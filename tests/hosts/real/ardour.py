@@ -28,19 +28,12 @@ local track
 for t in session:new_audio_track(2, 2, nil, 1, "T1", ARDOUR.PresentationInfo.max_order,
                                  ARDOUR.TrackMode.Normal, true):iter() do track = t end
 local insert, plugin, processor
-local index = {}
 if kind ~= "NONE" then
   processor = ARDOUR.LuaAPI.new_plugin(session, name, ARDOUR.PluginType[kind], "")
   assert(not processor:isnil(), "Ardour does not find the plug-in")
   assert(track:add_processor_by_index(processor, 0, nil, true) == 0)
   insert = processor:to_insert()
   plugin = insert:plugin(0)
-  for i = 0, plugin:parameter_count() - 1 do
-    if plugin:parameter_is_control(i) then
-      index[plugin:parameter_label(i)] = i
-      print("PARAMETER|" .. plugin:parameter_label(i))
-    end
-  end
 end
 """
 OLD_SESSION = """
@@ -51,9 +44,14 @@ local session = load_session(dir, "s")
 assert(session)
 local insert = session:route_by_name("T1"):nth_plugin(0):to_insert()
 local plugin = insert:plugin(0)
+"""
+PARAMETERS = """
 local index = {}
-for i = 0, plugin:parameter_count() - 1 do
-  if plugin:parameter_is_control(i) then index[plugin:parameter_label(i)] = i end
+for i = 0, plugin and plugin:parameter_count() - 1 or -1 do
+  if plugin:parameter_is_control(i) then
+    index[plugin:parameter_label(i)] = i
+    print("PARAMETER|" .. plugin:parameter_label(i))
+  end
 end
 """
 # A session saved too early lacks connections, and plays silence for ever after.
@@ -133,11 +131,11 @@ class Ardour:
         self.sessions += 1
         folder = self.work / f"session{self.sessions}"
         kind = FORMATS[format_name][0] if format_name else "NONE"
-        lines = self.lua(NEW_SESSION + script + END, folder, kind, name)
+        lines = self.lua(NEW_SESSION + PARAMETERS + script + END, folder, kind, name)
         return folder, lines
 
     def old_session(self, folder, script):
-        return self.lua(OLD_SESSION + script + END, folder)
+        return self.lua(OLD_SESSION + PARAMETERS + script + END, folder)
 
     def render(self, folder, recording, out):
         """Exports the session with a stereo recording on its track, as 32-bit floating point.
@@ -214,12 +212,11 @@ sleep(1)
         if interface is None:
             interface = ET.SubElement(extra, "UI")
         for route in root.find("Routes"):
-            for processor in route.findall("Processor"):
-                if processor.get("type") == kind:
-                    ET.SubElement(interface, "Window", {
-                        "name": f"P-{route.get('id')}-{processor.get('id')}", "visible": "1",
-                        "x-off": "100", "y-off": "100", "x-size": "-1", "y-size": "-1",
-                        "custom-ui": "1"})
+            for processor in route.findall(f"Processor[@type='{kind}']"):
+                ET.SubElement(interface, "Window", {
+                    "name": f"P-{route.get('id')}-{processor.get('id')}", "visible": "1",
+                    "x-off": "100", "y-off": "100", "x-size": "-1", "y-size": "-1",
+                    "custom-ui": "1"})
         tree.write(session, encoding="UTF-8", xml_declaration=True)
 
 

@@ -13,6 +13,7 @@
 #include <functional>
 #include <string>
 
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace Standalone {
@@ -49,17 +50,10 @@ class Ramp final : public AudioSource {
     std::int64_t position_ = 0;
 };
 
-/// A window that answers, idles and closes. Its event descriptor never has an event.
+/// A window that answers, idles and closes.
 class FakeEditor final : public Vardo::IPluginEditor {
   public:
-    FakeEditor() {
-        if (pipe(pipe_) != 0) pipe_[0] = -1;
-    }
-    ~FakeEditor() override {
-        ::close(pipe_[0]);
-        ::close(pipe_[1]);
-    }
-
+    ~FakeEditor() override { ::close(silence_); }
     void open(void*) override {
         if (!hasDisplay) return;
         isOpen_ = true;
@@ -83,7 +77,7 @@ class FakeEditor final : public Vardo::IPluginEditor {
         if (onIdle) onIdle(*host, idles++);
     }
     void setHost(Vardo::IEditorHost* newHost) override { host = newHost; }
-    int eventDescriptor() override { return isOpen_ ? pipe_[0] : -1; }
+    int eventDescriptor() override { return isOpen_ ? silence_ : -1; }
 
     bool hasDisplay = true;
     Vardo::IEditorHost* host = nullptr;
@@ -92,7 +86,7 @@ class FakeEditor final : public Vardo::IPluginEditor {
 
   private:
     bool isOpen_ = false;
-    int pipe_[2] = {-1, -1};
+    int silence_ = eventfd(0, 0); // never has an event
 };
 
 /// Passes audio through.

@@ -2,7 +2,6 @@
 #include "FileStream.h"
 #include "FakePlugin.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -65,12 +64,10 @@ TEST(FileStream, SeeksFromAnotherThreadNeverMixPlaces) {
     stop = true;
     audio.join();
 
-    stream.seek(777);
-    EXPECT_EQ(takeChecked(stream, 100).position, 777);
-    stream.seek(-5);
-    EXPECT_EQ(takeChecked(stream, 100).position, 0);
-    stream.seek(kLength + 5);
-    EXPECT_EQ(takeChecked(stream, 100).position, kLength - 1);
+    for (const auto& [wanted, found] : {std::pair{777, 777}, {-5, 0}, {kLength + 5, kLength - 1}}) {
+        stream.seek(wanted);
+        EXPECT_EQ(takeChecked(stream, 100).position, found);
+    }
 }
 
 TEST(FileStream, TellsOfDamageAndStartsOver) {

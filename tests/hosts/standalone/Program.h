@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+using Arguments = std::vector<std::string>;
+
 struct ProgramResult {
     int status = -1; ///< exit status; -1 when it did not end by itself
     std::string out;
@@ -11,8 +13,10 @@ struct ProgramResult {
 };
 
 /// Runs `orvelscope` with these arguments. `outputPath`, when given, becomes its standard output.
-ProgramResult runProgram(const std::vector<std::string>& arguments,
-                         const std::string& outputPath = {});
+ProgramResult runProgram(const Arguments& arguments, const std::string& outputPath = {});
 
-/// A folder for this test program's files; removed at the end of the run.
-std::string testFolder();
+/// A path in the folder for this test program's files, which is removed at the end of the run.
+std::string inTestFolder(const std::string& name);
+
+/// A 32-bit float WAV of interleaved samples in that folder. Gives its path.
+std::string recordingOf(int rate, int channels, const std::vector<float>& samples);

@@ -15,14 +15,6 @@ class AdapterFixture : public testing::Test {
     static vst2::AEffect* create() { return Vardo::createEffect(&FakeHost::callback); }
     static StubPlugin& plugin() { return *StubModule::instance().last; }
     static StubModule& module() { return StubModule::instance(); }
-    /// A module of two plug-ins, "Stb1" and "Stb2".
-    static void makeShell() {
-        Vardo::PluginDescription second = StubModule::firstRecord();
-        second.uniqueId = Vardo::fourCharacterCode("Stb2");
-        second.effectName = "Stub Two";
-        second.category = Vardo::kCategorySynth;
-        module().records.push_back(second);
-    }
 
     FakeHost host;
 };

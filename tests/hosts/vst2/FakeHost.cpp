@@ -31,9 +31,6 @@ std::intptr_t FakeHost::callback(vst2::AEffect* effect,
         return host->currentId;
     case vst2::audioMasterGetVendorVersion:
         return host->vendorVersion;
-    case vst2::audioMasterGetVendorString:
-        std::strcpy(static_cast<char*>(ptr), "Fake Works");
-        return 1;
     case vst2::audioMasterGetProductString:
         std::strcpy(static_cast<char*>(ptr), host->product.c_str());
         return 1;

@@ -35,7 +35,7 @@ class FakeHost {
     void forget();
 
     std::int32_t version = 2400;
-    std::int32_t currentId = 0;
+    std::int32_t currentId = 0; ///< of the plug-in that it wants of a shell
     std::int32_t vendorVersion = 1;
     bool knowsShells = false;
     bool recording = true; ///< off where the heap is watched or threads run
@@ -69,8 +69,6 @@ class Effect {
     }
     std::string text(std::int32_t opcode, std::int32_t index = 0) const;
     void close();
-    /// Somebody else closed it.
-    void release() { effect_ = nullptr; }
 
     /// Runs one block of `inputs` channels through the effect and gives its outputs.
     std::vector<std::vector<float>> run(std::vector<std::vector<float>> inputs,

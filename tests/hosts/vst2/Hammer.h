@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cmath>
 #include <thread>
 #include <vector>
 
@@ -37,7 +36,7 @@ inline void hammer(const Effect& effect, int rounds, float gain) {
             std::fill(right.begin(), right.end(), 0.5F);
             float* channels[] = {left.data(), right.data()};
             effect.ask(effProcessEvents, 0, 0, &events);
-            if (parameters > 0) raw->setParameter(raw, round % parameters, 0.25F);
+            raw->setParameter(raw, round % parameters, 0.25F);
             raw->processReplacing(raw, channels, channels, frames);
             for (int i = 0; i < frames; ++i) {
                 const float sample = left[static_cast<std::size_t>(i)];
@@ -48,30 +47,26 @@ inline void hammer(const Effect& effect, int rounds, float gain) {
     });
     std::thread automation([&] {
         for (int round = 0; !stop; ++round) {
-            if (parameters > 0)
-                raw->setParameter(raw, round % parameters, static_cast<float>(round % 11) / 10.0F);
+            raw->setParameter(raw, round % parameters, static_cast<float>(round % 11) / 10.0F);
             std::this_thread::yield();
         }
     });
     std::thread reader([&] {
-        float sum = 0;
         for (int round = 0; !stop; ++round) {
-            if (parameters > 0) sum += raw->getParameter(raw, round % parameters);
+            const float value = raw->getParameter(raw, round % parameters);
+            if (value < 0 || value > 1) ++wrong;
             char text[64];
-            effect.ask(effGetParamDisplay, parameters > 0 ? round % parameters : 0, 0, text);
+            effect.ask(effGetParamDisplay, round % parameters, 0, text);
             std::this_thread::yield();
         }
-        EXPECT_TRUE(std::isfinite(sum));
     });
 
     const float rates[] = {44100, 48000, 96000, 22050};
     const int sizes[] = {32, 512, 1024, 64, 2048};
-    std::vector<char> state;
     for (int round = 0; round < rounds; ++round) {
         void* data = nullptr;
         const std::intptr_t size = effect.ask(effGetChunk, 0, 0, &data);
-        ASSERT_GT(size, 0);
-        state.assign(static_cast<char*>(data), static_cast<char*>(data) + size);
+        std::vector<char> state(static_cast<char*>(data), static_cast<char*>(data) + size);
         effect.ask(effSetChunk, 0, size, state.data());
         effect.ask(effSetSampleRate, 0, 0, nullptr, rates[round % 4]);
         effect.ask(effSetBlockSize, 0, sizes[round % 5]);

@@ -1,7 +1,7 @@
 // The state in a host's stream, whole, in pieces, cut and made up.
 #include "AdapterFixture.h"
 
-#include <random>
+#include <cstring>
 
 namespace vst3_test {
 namespace {
@@ -9,12 +9,6 @@ namespace {
 class State : public AdapterFixture {
   protected:
     State() { create(); }
-    static std::vector<char> header(std::uint32_t size) {
-        std::vector<char> bytes(8);
-        for (int i = 0; i < 4; ++i)
-            bytes[static_cast<std::size_t>(4 + i)] = static_cast<char>(size >> 8 * i);
-        return bytes;
-    }
 };
 
 TEST_F(State, IsAZeroTheSizeAndTheChunk) {
@@ -32,8 +26,7 @@ TEST_F(State, ComesBackInPiecesOfAnySize) {
         chunk[i] = static_cast<char>(i * 7);
     plugin().chunk = chunk;
     const std::vector<char> state = effect->state();
-    for (const std::size_t atOnce :
-         {std::size_t{1}, std::size_t{3}, std::size_t{70000}, SIZE_MAX}) {
+    for (const std::size_t atOnce : {std::size_t{1}, std::size_t{70000}, SIZE_MAX}) {
         plugin().chunk = {'x'};
         EXPECT_EQ(effect->setState(state, atOnce), kResultOk);
         EXPECT_EQ(plugin().chunk, chunk) << atOnce;
@@ -63,7 +56,8 @@ TEST_F(State, WhatIsNotWholeChangesNothing) {
     for (std::size_t size = 0; size < 8; ++size)
         EXPECT_EQ(effect->setState(std::vector<char>(size)), kResultFalse) << size;
     for (const std::uint32_t size : {0U, 5U, 1U << 20, (16U << 20) + 1, 0x80000000U, 0xFFFFFFFFU}) {
-        std::vector<char> state = header(size);
+        std::vector<char> state(8);
+        std::memcpy(&state[4], &size, 4); // little-endian, as this machine
         state.insert(state.end(), {'a', 'b', 'c', 'd'});
         Stream stream(state);
         EXPECT_EQ(effect->component->setState(&stream), kResultOk) << size;

@@ -2,9 +2,8 @@
 #include "AdapterFixture.h"
 #include "VardoVST3EditorView.h"
 
+#include <algorithm>
 #include <cmath>
-
-#include <unistd.h>
 
 namespace vst3_test {
 namespace {
@@ -13,7 +12,10 @@ constexpr auto kWindow = "X11EmbedWindowID";
 
 class View : public AdapterFixture {
   protected:
-    View() { module().hasEditor = true; }
+    View() {
+        module().hasEditor = true;
+        create(&context);
+    }
     ~View() override {
         effect.reset();
         factory = nullptr;
@@ -26,12 +28,14 @@ class View : public AdapterFixture {
     /// The editor gets time when the host's timers fire.
     bool isDriven() {
         const int before = plugin().idles;
-        for (auto& [handler_, timer] : loop.timers)
-            if (timer.period == 25) {
-                loop.fireTimers();
-                return plugin().idles > before;
-            }
-        return false;
+        const bool hasViewTimer = std::any_of(loop.timers.begin(), loop.timers.end(),
+                                              [](auto& each) { return each.second.period == 25; });
+        loop.fireTimers();
+        return hasViewTimer && plugin().idles > before;
+    }
+    void lendLoop() {
+        context.loop = &loop;
+        factory->setHostContext(&context);
     }
 
     void* const parent = this;
@@ -41,19 +45,14 @@ class View : public AdapterFixture {
 };
 
 TEST_F(View, OnlyTheEditorAndOnlyWhereThereIsOne) {
-    create();
     EXPECT_EQ(effect->controller->createView("other"), nullptr);
     EXPECT_EQ(effect->controller->createView(nullptr), nullptr);
     const auto made = view();
     ASSERT_TRUE(made);
     EXPECT_EQ(made->isPlatformTypeSupported(kWindow), kResultTrue);
-    EXPECT_NE(made->isPlatformTypeSupported("HWND"), kResultTrue);
-    EXPECT_NE(made->isPlatformTypeSupported(nullptr), kResultTrue);
     EXPECT_NE(made->attached(nullptr, kWindow), kResultOk);
     EXPECT_NE(made->attached(parent, "HWND"), kResultOk);
     EXPECT_EQ(editor().timesOpened, 0);
-    EXPECT_EQ(made->canResize(), kResultFalse);
-    EXPECT_EQ(made->onFocus(1), kResultFalse);
     editor().opens = false; // as without a display
     EXPECT_NE(made->attached(parent, kWindow), kResultOk);
     module().hasEditor = false;
@@ -62,71 +61,49 @@ TEST_F(View, OnlyTheEditorAndOnlyWhereThereIsOne) {
 }
 
 TEST_F(View, FindsTheLoopWhereverAndWheneverItComes) {
+    frame.loop = &loop;
     const auto from = [&](const char* where, auto&& before, auto&& after) {
-        context.loop = frame.loop = handler.loop = nullptr;
+        SCOPED_TRACE(where);
+        context.loop = handler.loop = nullptr;
         create(&context);
         const auto made = view();
         before(*made);
         ASSERT_EQ(made->attached(parent, kWindow), kResultOk);
         after(*made);
-        EXPECT_TRUE(isDriven()) << where;
+        EXPECT_TRUE(isDriven());
         made->removed();
-        EXPECT_FALSE(isDriven()) << where;
+        EXPECT_FALSE(isDriven());
     };
     const auto nothing = [](IPlugView&) {};
-    const auto giveFrame = [&](IPlugView& made) {
-        frame.loop = &loop;
-        made.setFrame(&frame);
-    };
+    const auto giveFrame = [&](IPlugView& made) { made.setFrame(&frame); };
     from("frame before", giveFrame, nothing);
     from("frame after", nothing, giveFrame);
-    from("factory", nothing, [&](IPlugView&) {
-        context.loop = &loop;
-        factory->setHostContext(&context);
-    });
+    from("factory", nothing, [&](IPlugView&) { lendLoop(); });
     from("handler", nothing, [&](IPlugView&) {
         handler.loop = &loop;
         effect->controller->setComponentHandler(nullptr);
         effect->controller->setComponentHandler(&handler);
     });
-    // The frame goes while the window stays.
-    context.loop = handler.loop = nullptr;
-    create(&context);
-    const auto made = view();
-    giveFrame(*made);
-    made->attached(parent, kWindow);
-    EXPECT_TRUE(isDriven());
-    made->setFrame(nullptr);
-    EXPECT_FALSE(isDriven());
-    made->setFrame(&frame);
-    EXPECT_TRUE(isDriven());
 }
 
-TEST_F(View, WatchesTheEditorsConnectionAsLongAsThereIsOne) {
-    context.loop = &loop;
-    create(&context);
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    editor().descriptor = ends[0];
+TEST_F(View, LosesAndFindsTheFramesLoop) {
+    frame.loop = &loop;
     const auto made = view();
     made->attached(parent, kWindow);
-    ASSERT_EQ(loop.events.size(), 1U);
-    EXPECT_EQ(loop.events.begin()->second, ends[0]);
-    editor().descriptor = -1;
-    loop.fireTimers();
-    EXPECT_TRUE(loop.events.empty()) << "a dead connection would wake the host for ever";
-    editor().descriptor = ends[1];
-    loop.fireTimers();
-    EXPECT_EQ(loop.events.size(), 1U);
-    made->removed();
-    EXPECT_TRUE(loop.events.empty());
-    close(ends[0]);
-    close(ends[1]);
+    for (int round = 0; round < 2; ++round) {
+        made->setFrame(&frame);
+        EXPECT_TRUE(isDriven());
+        const IPtr<Linux::ITimerHandler> late(loop.timers.begin()->first);
+        made->setFrame(nullptr);
+        EXPECT_FALSE(isDriven());
+        const int before = plugin().idles;
+        late->onTimer();
+        EXPECT_EQ(plugin().idles, before) << "a host a turn behind";
+    }
 }
 
 TEST_F(View, OfTwoTheLaterHasTheWindow) {
-    context.loop = &loop;
-    create(&context);
+    lendLoop();
     auto first = view();
     auto second = view();
     int other = 0;
@@ -137,17 +114,15 @@ TEST_F(View, OfTwoTheLaterHasTheWindow) {
     first = nullptr;
     EXPECT_EQ(editor().parent, &other) << "not its window";
     EXPECT_TRUE(isDriven());
-    second = nullptr; // without `removed`
+    second->attached(parent, kWindow); // without `removed`
+    EXPECT_EQ(editor().parent, parent);
+    EXPECT_FALSE(editor().openedTwice);
+    second = nullptr; // without `removed` either
     EXPECT_EQ(editor().parent, nullptr);
-    const auto third = view();
-    third->attached(parent, kWindow);
-    third->attached(&other, kWindow); // without `removed` either
-    EXPECT_EQ(editor().parent, &other);
 }
 
 TEST_F(View, OutlivesItsPlugin) {
-    context.loop = &loop;
-    create(&context);
+    lendLoop();
     auto made = view();
     made->attached(parent, kWindow);
     effect->component->terminate();
@@ -161,12 +136,10 @@ TEST_F(View, OutlivesItsPlugin) {
     EXPECT_EQ(made->onKeyDown('a', 0, 0), kResultFalse);
     EXPECT_EQ(made->onWheel(1), kResultFalse);
     EXPECT_EQ(made->removed(), kResultOk);
-    made = nullptr;
 }
 
 TEST_F(View, MayGoInTheMiddleOfItsIdleStep) {
-    context.loop = &loop;
-    create(&context);
+    lendLoop();
     auto made = view();
     made->attached(parent, kWindow);
     plugin().duringIdle = [&] {
@@ -179,14 +152,12 @@ TEST_F(View, MayGoInTheMiddleOfItsIdleStep) {
 }
 
 TEST_F(View, TellsItsSizeWhenItChanges) {
-    context.loop = &loop;
-    create(&context);
+    lendLoop();
     const auto made = view();
     made->setFrame(&frame);
     made->attached(parent, kWindow);
     ViewRect odd(0, 0, 17, 19);
-    EXPECT_EQ(made->onSize(&odd), kResultTrue);
-    EXPECT_EQ(made->onSize(nullptr), kResultTrue);
+    made->onSize(&odd);
     loop.fireTimers();
     EXPECT_TRUE(frame.sizes.empty()) << "the host's idea of it is the host's business";
     editor().width = 1280;
@@ -194,30 +165,24 @@ TEST_F(View, TellsItsSizeWhenItChanges) {
     loop.fireTimers();
     ASSERT_EQ(frame.sizes.size(), 1U);
     EXPECT_EQ(frame.sizes[0].getWidth(), 1280);
-    ViewRect size;
-    made->getSize(&size);
-    EXPECT_EQ(size.getWidth(), 1280);
     EXPECT_NE(made->getSize(nullptr), kResultOk);
 }
 
 TEST_F(View, KeysAndWheel) {
-    create();
     const auto made = view();
     EXPECT_EQ(made->onWheel(2), kResultFalse) << "nothing is open";
     made->attached(parent, kWindow);
     EXPECT_EQ(made->onWheel(2), kResultTrue);
     EXPECT_EQ(editor().wheel, 2);
     EXPECT_EQ(made->onWheel(std::nanf("")), kResultFalse);
-    EXPECT_EQ(made->onKeyUp('a', 0, 0), kResultFalse);
-    struct Case {
+    const struct {
         char16 key;
         int16 code, modifiers;
         int character, virtualKey, bits;
-    };
-    for (const Case& each :
-         {Case{'a', 0, 0, 'a', 0, 0}, Case{0, 4, 1, 0, 4, 1},
-          Case{0, 0x80 + 17, 2, 0x41, 0x80 + 17, 2}, Case{0xE9, 0, 4, 0, 0, 8},
-          Case{'z', 0, 8, 'z', 0, 4}, Case{'z', 0, 15, 'z', 0, 15}, Case{0, -1, -1, 0, 255, 15}}) {
+    } cases[] = {{'a', 0, 0, 'a', 0, 0}, {0, 4, 1, 0, 4, 1},     {0, 0x91, 2, 0x41, 0x91, 2},
+                 {0xE9, 0, 4, 0, 0, 8},  {'z', 0, 8, 'z', 0, 4}, {'z', 0, 15, 'z', 0, 15},
+                 {0, -1, -1, 0, 255, 15}};
+    for (const auto& each : cases) {
         EXPECT_EQ(made->onKeyDown(each.key, each.code, each.modifiers), kResultOk);
         EXPECT_EQ(editor().key.character, each.character) << each.code;
         EXPECT_EQ(editor().key.virtualKey, each.virtualKey) << each.code;

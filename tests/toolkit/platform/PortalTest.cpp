@@ -18,33 +18,24 @@ namespace {
 class FakePortal {
   public:
     FakePortal() {
-        bus_ = popen("exec dbus-daemon --session --nofork --print-address 2>/dev/null", "r");
+        bus_ = popen(
+            "exec dbus-daemon --session --nofork --print-address=1 --print-pid=1 2>/dev/null", "r");
         char line[512] = "";
-        if (bus_ == nullptr || std::fgets(line, sizeof line, bus_) == nullptr) return;
+        char number[32] = "";
+        if (bus_ == nullptr || std::fgets(line, sizeof line, bus_) == nullptr ||
+            std::fgets(number, sizeof number, bus_) == nullptr)
+            return;
+        pid_ = std::atoi(number);
         address = std::string(line).substr(0, std::string(line).find('\n'));
         connection_ = dbus_connection_open_private(address.c_str(), nullptr);
         if (connection_ == nullptr || dbus_bus_register(connection_, nullptr) == 0) address.clear();
     }
     ~FakePortal() {
         if (connection_ != nullptr) {
-            // The bus is ours: it ends when told so.
-            pid_t pid = 0;
-            DBusMessage* ask =
-                dbus_message_new_method_call(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS,
-                                             "GetConnectionUnixProcessID");
-            const char* name = DBUS_SERVICE_DBUS;
-            dbus_message_append_args(ask, DBUS_TYPE_STRING, &name, DBUS_TYPE_INVALID);
-            DBusMessage* told =
-                dbus_connection_send_with_reply_and_block(connection_, ask, 1000, nullptr);
-            if (told != nullptr) {
-                dbus_message_get_args(told, nullptr, DBUS_TYPE_UINT32, &pid, DBUS_TYPE_INVALID);
-                dbus_message_unref(told);
-            }
-            dbus_message_unref(ask);
             dbus_connection_close(connection_);
             dbus_connection_unref(connection_);
-            if (pid > 0) kill(pid, SIGTERM);
         }
+        if (pid_ > 0) kill(pid_, SIGTERM); // the bus is ours
         if (bus_ != nullptr) pclose(bus_);
     }
     FakePortal(const FakePortal&) = delete;
@@ -114,6 +105,7 @@ class FakePortal {
     }
 
     std::FILE* bus_ = nullptr;
+    pid_t pid_ = 0;
     DBusConnection* connection_ = nullptr;
 };
 

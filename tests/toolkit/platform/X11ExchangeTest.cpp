@@ -1,49 +1,19 @@
 // What the X11 window exchanges with other programs: clipboard, drags, file dialogs.
-#include "Recorder.h"
-#include "XServer.h"
-#include "platform/X11.h"
+#include "X11Fixture.h"
 #include "x11/UriList.h"
 
-#include <gtest/gtest.h>
-
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 using namespace Sorel;
 
 namespace {
 
-class X11ExchangeTest : public testing::Test {
+class X11ExchangeTest : public X11Fixture {
   protected:
-    static void SetUpTestSuite() { server = new XServer; }
-    static void TearDownTestSuite() {
-        delete server;
-        server = nullptr;
-    }
     void SetUp() override {
-        if (!server->isRunning())
-            GTEST_SKIP() << "Xvfb is not installed (Debian package xvfb): no window to test with.";
-        user = std::make_unique<XUser>();
-        other = user->hostWindow(600, 10, 50, 50);
-        host = user->hostWindow(100, 80, 400, 300);
-        events.frame = x11Platform().createFrame(
-            events, {0, 0, 200, 150}, reinterpret_cast<void*>(static_cast<std::uintptr_t>(host)),
-            "");
-    }
-    void TearDown() override {
-        if (user) events.frame->release();
-    }
-    /// Idles of the frame, with the other program at work in between, until something is so.
-    template <class Condition>
-    bool idleUntil(Condition condition) {
-        for (int i = 0; i < 1500 && !condition(); ++i) {
-            events.frame->doIdle();
-            serve();
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-        return condition();
+        X11Fixture::SetUp();
+        if (user) other = user->hostWindow(600, 10, 50, 50);
     }
 
     // ---- The other program: owns a selection and answers requests for it ------------------------
@@ -53,7 +23,7 @@ class X11ExchangeTest : public testing::Test {
         xcb_set_selection_owner(user->xcb(), other, user->atom(selection), XCB_CURRENT_TIME);
         user->sync();
     }
-    void serve() {
+    void serve() override {
         while (xcb_generic_event_t* event = xcb_poll_for_event(user->xcb())) {
             if ((event->response_type & 0x7F) == XCB_SELECTION_REQUEST)
                 answer(*reinterpret_cast<xcb_selection_request_event_t*>(event));
@@ -73,9 +43,8 @@ class X11ExchangeTest : public testing::Test {
         notify.time = request.time;
         if (request.target == user->atom(served.kind)) {
             notify.property = request.property;
-            const bool pieces = served.piece > 0;
-            const std::uint32_t size = static_cast<std::uint32_t>(served.data.size());
-            if (pieces) {
+            const auto size = static_cast<std::uint32_t>(served.data.size());
+            if (served.piece > 0) {
                 const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
                 xcb_change_window_attributes(user->xcb(), request.requestor, XCB_CW_EVENT_MASK,
                                              &mask);
@@ -107,6 +76,13 @@ class X11ExchangeTest : public testing::Test {
         xcb_change_property(user->xcb(), XCB_PROP_MODE_REPLACE, window, property, type,
                             static_cast<std::uint8_t>(bits), count, data);
     }
+    /// The window's own text; the server has seen it afterwards.
+    static void offer(Recorder& recorder, const std::string& text) {
+        recorder.frame->setClipboardText(text);
+        double x = 0.0;
+        double y = 0.0;
+        recorder.frame->getPosition(&x, &y);
+    }
     std::string pasted() {
         std::string got = "nothing";
         bool came = false;
@@ -119,10 +95,7 @@ class X11ExchangeTest : public testing::Test {
     }
 
     // ---- The source of a drag -------------------------------------------------------------------
-    xcb_window_t target() const {
-        return static_cast<xcb_window_t>(
-            reinterpret_cast<std::uintptr_t>(events.frame->getPlatformHandle()));
-    }
+    xcb_window_t target() const { return windowOf(*events.frame); }
     void sendDrag(const std::string& type, std::array<std::uint32_t, 4> data) const {
         xcb_client_message_event_t message{};
         message.response_type = XCB_CLIENT_MESSAGE;
@@ -146,24 +119,15 @@ class X11ExchangeTest : public testing::Test {
         std::string kind;
         std::size_t piece = 0; // 0: all at once
     };
-    static XServer* server;
-    std::unique_ptr<XUser> user;
     xcb_window_t other = XCB_NONE;
-    xcb_window_t host = XCB_NONE;
     Served served;
     std::vector<xcb_client_message_event_t> messages;
-    Recorder events;
 };
-
-XServer* X11ExchangeTest::server = nullptr;
 
 TEST_F(X11ExchangeTest, TextGoesFromOneWindowToAnother) {
     Recorder second;
     second.frame = x11Platform().createFrame(second, {0, 0, 50, 50}, nullptr, "");
-    second.frame->setClipboardText("L\u00E4rm \u20AC");
-    double x = 0.0;
-    double y = 0.0;
-    second.frame->getPosition(&x, &y); // the server has seen it
+    offer(second, "L\u00E4rm \u20AC");
     std::string got;
     events.frame->requestClipboardText([&](const std::string& text) { got = text; });
     idleUntil([&] {
@@ -171,18 +135,14 @@ TEST_F(X11ExchangeTest, TextGoesFromOneWindowToAnother) {
         return !got.empty();
     });
     EXPECT_EQ(got, "L\u00E4rm \u20AC");
-    got.clear();
-    events.frame->setClipboardText("mine");
+    offer(events, "mine");
     second.frame->doIdle();
     EXPECT_EQ(pasted(), "mine");
     second.frame->release();
 }
 
 TEST_F(X11ExchangeTest, TextOfOthersComesWholeInPiecesOrNotAtAll) {
-    events.frame->setClipboardText("mine");
-    double x = 0.0;
-    double y = 0.0;
-    events.frame->getPosition(&x, &y); // the server has seen it
+    offer(events, "mine");
     own("CLIPBOARD", "plain", "UTF8_STRING");
     events.frame->doIdle();
     EXPECT_EQ(pasted(), "plain");

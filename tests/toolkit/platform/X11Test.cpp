@@ -1,77 +1,18 @@
 // The X11 window in front of a real server: pixels, mouse, keys, menus, and the ways it can end.
-#include "platform/X11.h"
-#include "Recorder.h"
-#include "XServer.h"
+#include "X11Fixture.h"
 #include "x11/X11Presenter.h"
-
-#include <gtest/gtest.h>
-#include <xcb/res.h>
-
-#include <chrono>
-#include <thread>
 
 using namespace Sorel;
 
 namespace {
 
-class X11Test : public testing::Test {
+class X11Test : public X11Fixture {
   protected:
-    static constexpr int kX = 100; // of the host's window on the screen
-    static constexpr int kY = 80;
-
-    static void SetUpTestSuite() { server = new XServer; }
-    static void TearDownTestSuite() {
-        delete server;
-        server = nullptr;
-    }
-    void SetUp() override {
-        if (!server->isRunning())
-            GTEST_SKIP() << "Xvfb is not installed (Debian package xvfb): no window to test with.";
-        user = std::make_unique<XUser>();
-        user->moveTo(5, 5);
-        host = user->hostWindow(kX, kY, 400, 300);
-        open(events, host);
-    }
-    void TearDown() override {
-        if (!user) return;
-        if (events.frame != nullptr) events.frame->release();
-        xcb_destroy_window(user->xcb(), host);
-        user->sync();
-    }
-
-    void open(Recorder& recorder, xcb_window_t parent) {
-        void* handle = reinterpret_cast<void*>(static_cast<std::uintptr_t>(parent));
-        recorder.frame = x11Platform().createFrame(recorder, {0, 0, 200, 150}, handle, "Title");
-        recorder.paint(200, 150, {10, 200, 30, 255});
-        recorder.frame->invalidRect({0, 0, 200, 150});
-        idle(recorder);
-    }
-    /// A few idles of a host, with time between them for the server.
-    void idle(Recorder& recorder, int times = 3) {
-        for (int i = 0; i < times; ++i) {
-            user->sync();
-            recorder.frame->doIdle();
-            std::this_thread::sleep_for(std::chrono::milliseconds(4));
-        }
-    }
-    template <class Condition>
-    bool idleUntil(Condition condition) {
-        for (int i = 0; i < 300 && !condition(); ++i)
-            idle(events, 1);
-        return condition();
-    }
     void moveIn(int x, int y) {
         user->moveTo(kX + x, kY + y);
         idle(events);
     }
-
-    static XServer* server;
-    std::unique_ptr<XUser> user;
-    xcb_window_t host = XCB_NONE;
-    Recorder events;
 };
-
-XServer* X11Test::server = nullptr;
 
 TEST_F(X11Test, ShowsItsPixelsAndWhatChangedOfThem) {
     EXPECT_EQ(user->pixel(kX + 199, kY + 149), 0x0AC81EU);
@@ -230,7 +171,7 @@ TEST_F(X11Test, ATextBoxTakesTheKeyboardAndGivesItBack) {
     EXPECT_TRUE(events.saw("focus lost"));
 }
 
-TEST_F(X11Test, AMenuIsUsedWithTheMouse) {
+TEST_F(X11Test, AMenuIsUsedWithMouseAndKeys) {
     int answer = -2;
     const auto menu = events.frame->createOptionMenu();
     MenuRequest request;
@@ -275,33 +216,26 @@ TEST_F(X11Test, AMenuIsUsedWithTheMouse) {
     ASSERT_TRUE(idleUntil([&] { return answer != -2; }));
     EXPECT_EQ(answer, -1);
     EXPECT_EQ(events.take(), "");
-}
 
-TEST_F(X11Test, AMenuIsUsedWithKeysAndCancelled) {
-    int answer = -2;
-    const auto menu = events.frame->createOptionMenu();
-    MenuRequest request;
-    request.anchor = {20, 10, 100, 30};
-    request.items = {menuItem("First", 1), menuItem("Last", 3)};
-    ASSERT_TRUE(menu->popup(request, [&](int id) { answer = id; }));
+    // Keys of a menu are no keys of the frame.
+    ASSERT_TRUE(open());
     idle(events);
     user->type(KeyCode::kUp);
     user->type(KeyCode::kReturn);
     ASSERT_TRUE(idleUntil([&] { return answer != -2; }));
     EXPECT_EQ(answer, 3);
-    EXPECT_EQ(events.take("nothing"), "") << "keys of a menu are no keys of the frame";
-    ASSERT_TRUE(menu->popup(request, [&](int) { answer = 99; }));
+    EXPECT_EQ(events.take(), "");
+    ASSERT_TRUE(open());
     menu->cancel();
     idle(events);
-    EXPECT_EQ(answer, 3);
+    EXPECT_EQ(answer, -2);
     EXPECT_EQ(user->pixel(kX + 30, kY + 40), 0x0AC81EU);
 }
 
 TEST_F(X11Test, AWindowOfItsOwnIsNamedAndCloses) {
     Recorder own;
     open(own, XCB_NONE);
-    const auto window =
-        static_cast<xcb_window_t>(reinterpret_cast<std::uintptr_t>(own.frame->getPlatformHandle()));
+    const xcb_window_t window = windowOf(*own.frame);
     EXPECT_EQ(user->property(window, "_NET_WM_NAME"), "Title");
     EXPECT_EQ(user->property(window, "_NET_WM_ICON").size(), (2 + 48 * 48) * 4U);
     xcb_client_message_event_t close{};
@@ -337,6 +271,23 @@ TEST_F(X11Test, TheHostMayDestroyItAtAnyMoment) {
     EXPECT_EQ(events.surface->getPixels()[1], 200) << "views may still draw";
 }
 
+TEST_F(X11Test, ClosingWithAnOpenMenuGivesThePointerBack) {
+    const auto menu = events.frame->createOptionMenu();
+    MenuRequest request;
+    request.anchor = {20, 10, 100, 30};
+    request.items = {menuItem("Only", 1)};
+    ASSERT_TRUE(menu->popup(request, [](int) { FAIL() << "nobody chose"; }));
+    idle(events);
+    events.frame->destroyWindow();
+    Recorder next;
+    open(next, host);
+    user->moveTo(kX + 30, kY + 40);
+    user->click();
+    idle(next);
+    EXPECT_TRUE(next.saw("down 30,40 2"));
+    next.frame->release();
+}
+
 TEST_F(X11Test, AnEventMayCloseTheWindow) {
     events.during = [this](const std::string& what) {
         if (what.rfind("down", 0) == 0) events.frame->destroyWindow();
@@ -355,9 +306,7 @@ TEST_F(X11Test, OpeningAndClosingAThousandTimesLeavesNothingBehind) {
     const std::size_t clients = user->clientCount();
     for (int i = 0; i < 1000; ++i) {
         Recorder recorder;
-        recorder.frame = x11Platform().createFrame(
-            recorder, {0, 0, 200, 150}, reinterpret_cast<void*>(static_cast<std::uintptr_t>(host)),
-            "");
+        recorder.frame = x11Platform().createFrame(recorder, {0, 0, 200, 150}, handleOf(host), "");
         recorder.paint(200, 150, {1, 2, 3, 255});
         recorder.frame->invalidRect({0, 0, 200, 150});
         recorder.frame->doIdle();

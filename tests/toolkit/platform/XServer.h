@@ -70,7 +70,6 @@ class XUser {
 /// Key codes of the standard keyboard.
 namespace KeyCode {
 enum : int {
-    kEscape = 9,
     k9 = 18,
     kDeadAcute = 21, // on a German keyboard
     kE = 26,
@@ -78,13 +77,7 @@ enum : int {
     kControl = 37,
     kA = 38,
     kShift = 50,
-    kC = 54,
-    kV = 55,
-    kSpace = 65,
     kF5 = 71,
     kUp = 111,
-    kLeft = 113,
-    kRight = 114,
-    kDown = 116,
 };
 }

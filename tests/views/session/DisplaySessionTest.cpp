@@ -1,183 +1,160 @@
-// What the mouse does in the displays: the scope's sync marker and zoom, read-outs under the mouse,
-// projector and waterfall, overs and metering modes.
+// What the mouse does in the displays and meters, and the menus under its right button.
 #include "Session.h"
 #include "analysis/ScopeTiming.h"
 
 namespace Orvel {
 namespace {
 
-using Sorel::CRect;
-
 class DisplaySession : public Session {
   protected:
-    static constexpr CRect kSyncLabel{150.0, 71.0, 180.0, 85.0};
-    static constexpr Place kSync{165, 78};
-    static constexpr CRect kOverBox{30.0, 75.0, 114.0, 91.0};
-
+    static orvel_test::Stereo silence() {
+        return {std::vector<float>(48000), std::vector<float>(48000)};
+    }
     int goldPixels(const CRect& rect) const {
         const Picture picture = look(rect);
         return static_cast<int>(std::count_if(picture.begin(), picture.end(), isGold));
     }
-    int redPixels(const CRect& rect) const {
-        const Picture picture = look(rect);
-        return static_cast<int>(
-            std::count_if(picture.begin(), picture.end(), [](std::uint32_t color) {
-                return static_cast<int>(color >> 16 & 0xFF) >
-                       static_cast<int>(color >> 8 & 0xFF) + 60;
-            }));
-    }
 };
 
 TEST_F(DisplaySession, TheSyncLabelArmsAndAClickMakesTheLeftEdge) {
-    const Picture free = settled(kSyncLabel);
+    constexpr CRect kSyncLabel{150.0, 71.0, 180.0, 85.0};
+    constexpr Place kSync{165, 78};
+    constexpr Place kThere{500, 250};
     parameter(kScopeSyncMode).setValue(2); // beat time
-    ASSERT_TRUE(changes(kSyncLabel, free, 30)) << "the label shows";
     listen(200);
     XDoTool::click(kSync);
     ASSERT_TRUE(until([&] { return goldPixels(kSyncLabel) > 20; })) << "armed";
     // The marker follows the mouse from top to bottom.
-    const Place there{500, 250};
-    XDoTool::moveTo(there);
-    const CRect column = CRect::ofSize(there.x - 1, 110, 3, 60);
-    ASSERT_TRUE(until([&] { return goldPixels(column) >= 60; }));
+    XDoTool::moveTo(kThere);
+    EXPECT_TRUE(until([&] { return goldPixels(CRect::ofSize(499, 110, 3, 60)) >= 60; }));
     keep("scope-sync-armed");
-    const float before = analyser_->scopeTiming().phaseOffsetMs;
-    const double period = analyser_->scopeTiming().period(120.0).milliseconds;
-    XDoTool::click(there);
-    EXPECT_TRUE(until([&] { return analyser_->scopeTiming().phaseOffsetMs != before; }));
-    double expected = double{before} - (there.x - 145) / 845.0 * period;
-    while (expected < -period)
-        expected += period;
-    EXPECT_NEAR(double{analyser_->scopeTiming().phaseOffsetMs}, expected, period / 845.0 * 1.5);
+    const double before = double{analyser().scopeTiming().phaseOffsetMs};
+    const double period = analyser().scopeTiming().period(120.0).milliseconds;
+    XDoTool::click(kThere);
     EXPECT_TRUE(until([&] { return goldPixels(kSyncLabel) == 0; })) << "and is done";
-    // A second click on the label thinks better of it.
-    XDoTool::click(kSync);
-    ASSERT_TRUE(until([&] { return goldPixels(kSyncLabel) > 20; }));
-    const float kept = analyser_->scopeTiming().phaseOffsetMs;
-    XDoTool::moveTo({300, 200});
-    step(5);
-    XDoTool::click({kSync.x + 8, kSync.y});
-    XDoTool::moveTo(kNowhere);
-    EXPECT_TRUE(until([&] { return goldPixels(kSyncLabel) == 0; }));
-    EXPECT_EQ(analyser_->scopeTiming().phaseOffsetMs, kept);
+    const double shift = (kThere.x - kDisplay.left) / kDisplay.width() * period;
+    EXPECT_NEAR(
+        std::remainder(double{analyser().scopeTiming().phaseOffsetMs} - before + shift, period),
+        0.0, period / kDisplay.width() * 1.5);
 }
 
-TEST_F(DisplaySession, TheWheelOverTheScopeZoomsInTime) {
-    const float before = plain(kScopeVisibleTimeMs);
-    XDoTool::click({500, 200}, 4);
-    ASSERT_TRUE(until([&] { return plain(kScopeVisibleTimeMs) != before; }));
-    EXPECT_NEAR(plain(kScopeVisibleTimeMs), before / 1.2F, 1.0F);
-    const CRect times = CRect::ofSize(145.0, 419.0, 845.0, 12.0); // the numbers below
-    const Picture numbers = settled(times);
-    XDoTool::click({500, 200}, 5);
-    EXPECT_TRUE(until([&] { return std::abs(plain(kScopeVisibleTimeMs) - before) < 2.0F; }));
-    EXPECT_TRUE(changes(times, numbers, 20));
-}
-
-TEST_F(DisplaySession, ReadOutsComeWithTheMouseAndGoWithIt) {
-    // Still pictures, so that what differs is the read-out.
+TEST_F(DisplaySession, ReadOutsComeWithTheMouseAndChangeNothingElse) {
     for (const int page : {0, 1, 2}) {
         showPage(page);
-        parameter(page == 0 ? kScopeFreeze : kSpectrumFreeze).setValue(0);
+        const ParameterId freeze = page == 0 ? kScopeFreeze : kSpectrumFreeze;
         listen(400);
-        parameter(page == 0 ? kScopeFreeze : kSpectrumFreeze).setValue(1);
-        const CRect room = page == 2 ? CRect{480.0, 60.0, 860.0, 240.0} : kDisplay;
-        const Picture still = settled(room);
+        parameter(freeze).setValue(1);
+        for (int second = 0; second < 20; ++second) // until the meters stand still
+            instrument_->play(silence());
+        play(silence());
+        const CRect room = page == 2 ? CRect{476.0, 56.0, 865.0, 243.0} : kDisplay;
+        const Picture still = settled(kWindow);
         for (const int x : {600, 830}) {
             XDoTool::moveTo({x, 150});
-            EXPECT_TRUE(changes(room, still, 150)) << page;
-            settled(room);
-            EXPECT_GT(goldPixels(CRect::ofSize(x - 60, 90.0, 120.0, 140.0)), 30) << page;
+            EXPECT_TRUE(changes(kWindow, still, 150)) << page;
+            EXPECT_EQ(differencesOutside(room, kWindow, settled(kWindow), still), 0) << page;
             keep("hover-" + std::to_string(page) + "-" + std::to_string(x));
         }
         XDoTool::moveTo(kNowhere);
-        EXPECT_TRUE(until([&] { return look(room) == still; })) << page << ": it stays";
+        EXPECT_EQ(differencesOutside({}, kWindow, settled(kWindow), still), 0) << page;
+        parameter(freeze).setValue(0);
     }
 }
 
-TEST_F(DisplaySession, TheProjectorStandsWhereItsDialPutsIt) {
-    showPage(1);
-    listen(400);
-    parameter(kSpectrumFreeze).setValue(1);
-    const Picture still = settled(kDisplay);
-    const Place knob{634, 495};
-    XDoTool::drag(knob, {knob.x, knob.y - 100});
-    EXPECT_TRUE(until([&] { return plain(kSpectrumProjectorFrequency) > 0.0F; }));
-    XDoTool::moveTo(kNowhere);
-    EXPECT_TRUE(changes(kDisplay, still, 100));
-    EXPECT_NEAR(analyser_->projectorFrequency(),
-                static_cast<float>(projectorHz(double{plain(kSpectrumProjectorFrequency)}, kRate)),
-                0.5F);
-    settled(kDisplay);
-    keep("spectrum-projector");
-}
-
-TEST_F(DisplaySession, TheWaterfallTurnsUnderTheMouse) {
-    showPage(1);
-    parameter(kSpectrumDrawWaterfall).setValue(1);
-    listen(900);
-    parameter(kSpectrumFreeze).setValue(1);
-    const Picture before = settled(kDisplay);
-    keep("waterfall");
-    const float angle = plain(kSpectrumRotate);
-    host_.calls.clear();
-    XDoTool::drag({600, 250}, {500, 250});
-    EXPECT_TRUE(until([&] { return plain(kSpectrumRotate) < angle; }));
-    XDoTool::moveTo(kNowhere);
-    EXPECT_NEAR(plain(kSpectrumRotate), angle - 0.35F, 0.01F);
-    EXPECT_TRUE(changes(kDisplay, before, 5000));
-    step(3);
-    const int index = parameter(kSpectrumRotate).getHostIndex();
-    ASSERT_FALSE(host_.calls.empty());
-    EXPECT_EQ(host_.calls.front(), hostCall("begin", index));
-    EXPECT_EQ(host_.calls.back(), hostCall("end", index));
-    settled(kDisplay);
-    keep("waterfall-turned");
-}
-
-TEST_F(DisplaySession, OversAreCountedAndAClickForgetsThem) {
-    const Picture none = settled(kOverBox);
-    EXPECT_EQ(redPixels(kOverBox), 0);
-    const auto loud = orvel_test::sine(48000, 100.0, 48000.0, 1.4);
-    play({loud, loud});
-    ASSERT_TRUE(until([&] { return redPixels(kOverBox) > 200; }));
-    listen(300);
-    keep("overs");
-    play({std::vector<float>(48000), std::vector<float>(48000)});
+TEST_F(DisplaySession, OversAreForgottenByAClickOrByTheMetersMenu) {
+    constexpr CRect kOverBox{30.0, 75.0, 114.0, 91.0};
+    constexpr CRect kOtherBox{885.0, 75.0, 969.0, 91.0};
+    showPage(2);
     listen(200);
-    for (const int page : {0, 2}) {
-        showPage(page);
-        XDoTool::click({72, 300}); // anywhere in the meter
-        EXPECT_TRUE(until([&] { return look(kOverBox) == none; })) << page;
+    const Picture none = look(kOverBox);
+    const Picture noneOther = look(kOtherBox);
+    const auto loud = orvel_test::sine(48000, 100.0, 48000.0, 1.4);
+    const std::function<void()> hands[] = {[] {
+                                               XDoTool::click({72, 300});
+                                           },
+                                           [] {
+                                               XDoTool::click({927, 300});
+                                           },
+                                           [this] {
+                                               XDoTool::click(rowOf(openMenu({927, 300}, 3), 5, 1));
+                                           }}; // "Reset Overs"
+    for (const auto& forget : hands) {
         play({loud, loud});
-        ASSERT_TRUE(until([&] { return redPixels(kOverBox) > 200; }));
-        play({std::vector<float>(48000), std::vector<float>(48000)});
+        EXPECT_TRUE(changes(kOverBox, none, 200) && changes(kOtherBox, noneOther, 200));
+        play(silence());
         listen(200);
+        keep("overs");
+        forget();
+        XDoTool::moveTo(kNowhere);
+        EXPECT_TRUE(until([&] { return look(kOverBox) == none && look(kOtherBox) == noneOther; }));
+        EXPECT_TRUE(waitForNoMenu());
     }
-    // The other pair's box counts the same and is set back with it.
-    const CRect other = kOverBox.moved(865.0 - 10.0, 0.0);
-    XDoTool::click({927, 300});
-    EXPECT_TRUE(until([&] { return redPixels(other) == 0 && look(kOverBox) == none; }));
 }
 
-TEST_F(DisplaySession, EachMeteringModeHasItsOwnLook) {
+TEST_F(DisplaySession, TheMetersMenuChoosesAmongFiveLooks) {
+    constexpr CRect kMeter{10.0, 56.0, 135.0, 431.0};
     const auto tone = orvel_test::sine(48000, 1000.0, 48000.0, 0.25);
     play({tone, tone});
-    const CRect scale = CRect::ofSize(10.0, 95.0, 17.0, 280.0);
     std::vector<Picture> looks;
-    Picture first;
-    for (int mode = 0; mode < 5; ++mode) {
-        if (mode > 0) XDoTool::click({258, 495}, 4);
-        ASSERT_TRUE(until([&] { return parameter(kGlobalMeteringMode).getIntValue() == mode; }));
+    for (const int mode : {4, 3, 2, 1, 0}) {
+        XDoTool::click(rowOf(openMenu({72, 200}, 3), mode));
+        EXPECT_TRUE(waitForNoMenu() && becomes(kGlobalMeteringMode, mode));
+        XDoTool::moveTo(kNowhere);
         listen(300);
         keep("metering-" + std::to_string(mode));
         for (const Picture& earlier : looks)
             EXPECT_GT(differences(look(kMeter), earlier), 300) << mode;
         looks.push_back(look(kMeter));
-        if (mode == 0) first = look(scale);
     }
-    XDoTool::doubleClick({258, 495});
-    EXPECT_TRUE(until([&] { return look(scale) == first; })) << "the first scale again";
+}
+
+TEST_F(DisplaySession, TheRightButtonOpensTheSettingsOfEachDisplay) {
+    struct Station {
+        int page;
+        Place where;
+        int switchRow;
+        ParameterId switched;
+        int subRow, subChoice;
+        ParameterId chosen;
+        int separators = 1; // above that row
+    };
+    constexpr Station kStations[] = {
+        {0, {500, 200}, 1, kScopeTransientDetection, 4, 2, kScopeChannelMode},
+        {0, {900, 400}, 0, kScopeFreeze, 6, 4, kGlobalMeteringMode, 2},
+        {1, {500, 200}, 3, kSpectrumLinearFrequencyScale, 5, 1, kSpectrumFFTSize},
+        {2, {600, 150}, 1, kSpectrumDrawLine, 3, 4, kSpectrumNumBands},
+        {2, {300, 410}, 0, kSpectrumFreeze, 6, 1, kSpectrumAnalyzeMode},
+    };
+    for (const Station& station : kStations) {
+        showPage(station.page);
+        const auto isOn = [&] { return parameter(station.switched).getBoolValue(); };
+        const bool wasOn = isOn();
+        XDoTool::click(rowOf(openMenu(station.where, 3), station.switchRow));
+        EXPECT_TRUE(until([&] { return isOn() != wasOn; }));
+        EXPECT_TRUE(waitForNoMenu());
+
+        // The sub-menu opens under a mouse that rests, and stays on the way into it.
+        const CRect menu = openMenu({station.where.x - 20, station.where.y}, 3);
+        XDoTool::moveTo(rowOf(menu, station.subRow, station.separators));
+        ASSERT_TRUE(until([&] { return menus().size() == 2; }));
+        keep("menu-" + std::to_string(station.page) + "-" + std::to_string(station.subRow));
+        const Place choice = rowOf(menus().back(), station.subChoice);
+        XDoTool::moveTo({choice.x, rowOf(menu, station.subRow, station.separators).y});
+        step(3);
+        XDoTool::click(choice);
+        EXPECT_TRUE(becomes(station.chosen, station.subChoice));
+        EXPECT_TRUE(waitForNoMenu());
+
+        // Escape and a click outside choose nothing.
+        instrument_->host.calls.clear();
+        openMenu(station.where, 3);
+        XDoTool::key("Escape");
+        EXPECT_TRUE(waitForNoMenu());
+        openMenu(station.where, 3);
+        XDoTool::click({100, 700});
+        EXPECT_TRUE(waitForNoMenu());
+        EXPECT_THAT(instrument_->host.calls, testing::IsEmpty());
+    }
 }
 
 } // namespace

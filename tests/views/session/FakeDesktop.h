@@ -22,8 +22,7 @@ class FakeDesktop {
         program("zenity", "printf '%s\\n' \"$@\" > '" + (folder / "asked").string() +
                               "'\nexec cat '" + (folder / "answer").string() + "'\n");
         program("xdg-open", "printf '%s' \"$1\" > '" + (folder / "opened").string() + "'\n");
-        const char* path = std::getenv("PATH");
-        oldPath_ = path != nullptr ? path : "";
+        oldPath_ = std::getenv("PATH");
         setenv("PATH", ((folder / "bin").string() + ":" + oldPath_).c_str(), 1);
         setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1); // no portal
     }
@@ -43,10 +42,6 @@ class FakeDesktop {
     std::string asked() const { return read(folder / "asked"); }
     std::string opened() const { return read(folder / "opened"); }
 
-    static std::string read(const std::filesystem::path& file) {
-        std::ifstream in(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
     /// All files below a folder with their bytes.
     using Files = std::map<std::string, std::string>;
     static Files filesIn(const std::filesystem::path& where) {
@@ -60,6 +55,10 @@ class FakeDesktop {
     std::filesystem::path folder;
 
   private:
+    static std::string read(const std::filesystem::path& file) {
+        std::ifstream in(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
     void program(const char* name, const std::string& script) const {
         const std::filesystem::path file = folder / "bin" / name;
         std::ofstream(file) << "#!/bin/sh\n" << script;

@@ -1,67 +1,100 @@
-// The system page, and windows that close and open again in the middle of something.
+// Pages, keys and the system page, and windows that close in the middle of something.
 #include "Session.h"
 #include "core/Paths.h"
 #include "core/Settings.h"
 
 #include <filesystem>
+#include <set>
 
 namespace Orvel {
 namespace {
 
-using Sorel::CRect;
+constexpr CRect kGainText{154.0, 515.0, 218.0, 528.0};
+constexpr Place kGainValue{186, 521};
 
 class LifeSession : public Session {};
 
-TEST_F(LifeSession, TheBoxOfTheSystemPageSwitchesAndIsRemembered) {
-    showPage(3);
-    const CRect box = CRect::ofSize(338.0, 150.0, 20.0, 24.0);
-    const bool before = analyser_->isThreaded();
-    const Picture shown = settled(box);
-    for (const bool expected : {!before, before}) {
-        XDoTool::click({348, 162});
-        EXPECT_TRUE(until([&] { return analyser_->isThreaded() == expected; }));
-        char value[Core::kSettingBufferSize];
-        ASSERT_TRUE(Core::readSetting(Core::settingsPath(), "THREADING", value, nullptr));
-        EXPECT_STREQ(value, expected ? "TRUE" : "FALSE");
-        EXPECT_TRUE(until([&] { return (look(box) == shown) == (expected == before); }));
+TEST_F(LifeSession, EachButtonShowsItsPageAndLightsUp) {
+    std::vector<Picture> pages;
+    for (const int page : {1, 2, 3, 0}) {
+        showPage(page);
+        EXPECT_EQ(analyser().activePage(), page);
+        for (int other = 0; other < COrvelScopeEditor::kNumPages; ++other)
+            EXPECT_EQ(isGold(pixel({371 + 119 * other, 33})), other == page) << page << other;
+        listen(400);
+        keep("page-" + std::to_string(page));
+        const Picture display = look(kDisplay);
+        for (const Picture& earlier : pages)
+            EXPECT_GT(differences(display, earlier), 5000) << page;
+        pages.push_back(display);
+        // What measures moves, what does not stands still.
+        listen(100);
+        EXPECT_EQ(differences(look(kDisplay), display) > 100, page != 3) << page;
     }
 }
 
-TEST_F(LifeSession, SupportAndUpdateAnswerInTheStatusLine) {
+TEST_F(LifeSession, KeysThatNothingUsesGoToTheProgramAround) {
+    struct Program final : Vardo::IEditorHost {
+        bool editorKeyDown(const Vardo::KeyEvent& key) override {
+            keys += static_cast<char>(key.character);
+            return true;
+        }
+        void editorCloseRequested() override {}
+        bool editorFilesDropped(const std::vector<std::string>&) override { return false; }
+        std::string keys;
+    } program;
+    instrument_->editor().setHost(&program);
+    XDoTool::click({600, 440}); // the ground: the window has the keyboard
+    XDoTool::type("12 4");
+    EXPECT_TRUE(until([&] { return program.keys == "12 4"; })) << program.keys;
+    XDoTool::clickAndType(kGainValue, "3", "Escape"); // into a value
+    step(5);
+    XDoTool::type("2");
+    EXPECT_TRUE(until([&] { return program.keys == "12 42"; })) << program.keys;
+    instrument_->editor().setHost(nullptr);
+}
+
+TEST_F(LifeSession, TheControlsOfTheSystemPage) {
     showPage(3);
-    const CRect status = CRect::ofSize(340.0, 316.0, 320.0, 16.0);
-    const Picture before = settled(status);
+    constexpr CRect kBox{338.0, 150.0, 358.0, 174.0};
+    const bool before = analyser().isThreaded();
+    const Picture shown = settled(kBox);
+    for (const bool expected : {!before, before}) {
+        XDoTool::click({348, 162});
+        EXPECT_TRUE(until([&] { return analyser().isThreaded() == expected; }));
+        char value[Core::kSettingBufferSize];
+        ASSERT_TRUE(Core::readSetting(Core::settingsPath(), "THREADING", value, nullptr));
+        EXPECT_STREQ(value, expected ? "TRUE" : "FALSE");
+        EXPECT_TRUE(until([&] { return (look(kBox) == shown) == (expected == before); }));
+    }
+    constexpr CRect kStatus{340.0, 316.0, 660.0, 332.0};
+    const Picture silent = settled(kStatus);
     XDoTool::click({815, 314}); // "Support"
-    EXPECT_TRUE(until([&] { return openedOnDesktop_.size() == 1; })) << "the report's folder";
-    EXPECT_TRUE(changes(status, before, 20));
-    EXPECT_TRUE(!openedOnDesktop_.empty() && std::filesystem::is_directory(openedOnDesktop_[0]));
+    EXPECT_TRUE(changes(kStatus, silent, 20));
+    ASSERT_EQ(openedOnDesktop_.size(), 1u);
+    EXPECT_TRUE(std::filesystem::is_directory(openedOnDesktop_[0])) << "the report's folder";
     keep("system-support");
-    const Picture reported = settled(status);
+    const Picture reported = settled(kStatus);
     XDoTool::click({717, 314}); // "Update", without a server
-    EXPECT_TRUE(changes(status, reported, 20));
-    EXPECT_EQ(openedOnDesktop_.size(), 1u);
-    settled(status);
-    keep("system-update");
+    EXPECT_TRUE(changes(kStatus, reported, 20));
 }
 
 TEST_F(LifeSession, ClosingGivesUpWhatWasBeingTyped) {
-    const CRect gain = CRect::ofSize(154.0, 515.0, 64.0, 13.0);
     for (int round = 0; round < 3; ++round) {
-        const Picture shown = settled(gain);
-        XDoTool::click({186, 521});
-        ASSERT_TRUE(changes(gain, shown, 20)) << round;
+        const Picture shown = settled(kGainText);
+        XDoTool::click(kGainValue);
+        ASSERT_TRUE(changes(kGainText, shown, 20)) << round;
         XDoTool::type("-12");
         step(5);
-        if (round == 0) keep("typing");
         close();
         EXPECT_EQ(plain(kGlobalInputGain), 1.0F) << round;
         XDoTool::moveTo(kNowhere);
         step(5); // the engine goes on alone
         open();
-        EXPECT_TRUE(until([&] { return look(gain) == shown; })) << round;
+        EXPECT_TRUE(until([&] { return look(kGainText) == shown; })) << round;
     }
     // And the new window hears what is typed.
-    XDoTool::clickAndType({186, 521}, "-12", "Return");
+    XDoTool::clickAndType(kGainValue, "-12", "Return");
     EXPECT_TRUE(until([&] { return plain(kGlobalInputGain) < 0.3F; }));
 }
 
@@ -72,25 +105,21 @@ TEST_F(LifeSession, ClosingTakesItsMenusAndMessagesAlong) {
         int button;
     };
     for (const Opening& opening :
-         {Opening{0, {150, 24}, 1}, {0, {500, 200}, 3}, {1, {860, 507}, 1}, {1, {500, 200}, 3}}) {
+         {Opening{0, {150, 24}, 1}, {1, {860, 507}, 1}, {0, {72, 200}, 3}}) {
         showPage(opening.page);
-        XDoTool::click(opening.where, opening.button);
-        ASSERT_TRUE(waitForMenu());
+        openMenu(opening.where, opening.button);
         close();
         EXPECT_TRUE(menus().empty());
         open();
-        // The pointer is nobody's any more: the next click is heard.
-        showPage(2);
+        showPage(2); // the pointer is nobody's any more: clicks are heard
     }
-    // A question, too: "Restore Factory Presets" is not answered by closing.
-    XDoTool::click({150, 24});
-    ASSERT_TRUE(waitForMenu());
-    XDoTool::click(rowOf(menus().front(), 4, 2));
+    // A question, too, is not answered by closing.
+    XDoTool::click(rowOf(openMenu({150, 24}), 4, 2)); // "Restore Factory Presets"
     ASSERT_TRUE(waitForMessage());
     keep("message-restore");
     close();
     open();
-    EXPECT_TRUE(message().isEmpty());
+    EXPECT_EQ(message(), nullptr);
     showPage(0);
 }
 

@@ -64,6 +64,18 @@ void ColumnRaster::withinRow(Target target, int row, double y0, double y1, doubl
     std::memset(target.marks + row, 1, 3);
 }
 
+/// width * r(t - y) + factor * r(t - y)^2.
+void ColumnRaster::corner(Target target, double y, Corner change) {
+    if (change.width == 0.0 && change.factor == 0.0) return;
+    rampEnd(target, y, change.factor);
+    const int row = static_cast<int>(y);
+    const double f = y - row;
+    float* const sums = target.sums + row * kStripWidth;
+    sums[0] += static_cast<float>(change.width * (1.0 - f));
+    sums[kStripWidth] += static_cast<float>(change.width * (2.0 * f - 1.0));
+    sums[2 * kStripWidth] -= static_cast<float>(change.width * f);
+}
+
 /// factor * r(t - y)^2, see the header.
 void ColumnRaster::rampEnd(Target target, double y, double factor) {
     const int row = static_cast<int>(y);
@@ -109,6 +121,135 @@ void ColumnRaster::piece(int x, double y0, double y1, double width) {
     const double upper = width * (row + 1.0 - y0) / (y1 - y0);
     withinRow(target, row, y0, row + 1.0, upper);
     if (row + 1 < area_.height()) withinRow(target, row + 1, row + 1.0, y1, width - upper);
+}
+
+void ColumnRaster::hairline(CPoint from, CPoint to, double width) {
+    if (from.x > to.x) std::swap(from, to);
+    const double across = to.x - from.x;
+    const double down = to.y - from.y;
+    if (std::abs(down) > across)
+        steepHairline(from, to,
+                      0.5 * width * std::sqrt(across * across + down * down) / std::abs(down));
+    else if (across > 0.0)
+        levelHairline(from, to, width);
+}
+
+/// A box sheared along the line, from the row of one end to the row of the other; `reach` to both
+/// sides. Of a column between 0 and 1 it covers, with its middle at z, the width
+/// r(z + reach) - r(z - reach) - r(z - 1 + reach) + r(z - 1 - reach), r(u) = max(0, u).
+void ColumnRaster::steepHairline(CPoint top, CPoint bottom, double reach) {
+    if (top.y > bottom.y) std::swap(top, bottom);
+    const double rowsPerColumn = (bottom.y - top.y) / std::abs(bottom.x - top.x); // may be infinite
+    const double columnsPerRow = std::abs(bottom.x - top.x) / (bottom.y - top.y);
+    const bool rightwards = bottom.x >= top.x;
+    const double rowEnd = area_.height();
+    double y0 = top.y - area_.top;
+    const double y1 = bottom.y - area_.top;
+    double x0 = top.x - area_.left;
+    const double x1 = bottom.x - area_.left;
+    if (!(y0 < rowEnd) || !(y1 > 0.0)) return;
+    if (y0 < 0.0) {
+        x0 -= (rightwards ? y0 : -y0) * columnsPerRow;
+        y0 = 0.0;
+    }
+    const double left = std::min(x0, x1) - reach;
+    const double right = std::max(x0, x1) + reach;
+    if (!(right > 0.0) || !(left < area_.width())) return;
+    const int last = std::min(static_cast<int>(right), area_.width() - 1);
+    for (int c = std::max(0, static_cast<int>(left)); c <= last; ++c) {
+        const double z0 = rightwards ? x0 - c : c + 1.0 - x0;
+        const double z1 = rightwards ? x1 - c : c + 1.0 - x1;
+        const Target target =
+            column(c, static_cast<int>(y0), static_cast<int>(std::min(y1, rowEnd)) + 3);
+        Corner begin;
+        Corner end;
+        const auto bend = [&](double knot, double sign) {
+            if (z1 <= knot) return;
+            const double factor = sign * 0.5 * columnsPerRow;
+            end.factor -= factor;
+            end.width -= sign * (z1 - knot);
+            if (z0 > knot) {
+                begin.factor += factor;
+                begin.width += sign * (z0 - knot);
+            } else if (const double y = y0 + (knot - z0) * rowsPerColumn; y < rowEnd) {
+                rampEnd(target, y, factor);
+            }
+        };
+        bend(-reach, 1.0);
+        bend(reach, -1.0);
+        bend(1.0 - reach, -1.0);
+        bend(1.0 + reach, 1.0);
+        corner(target, y0, begin);
+        if (y1 < rowEnd) corner(target, y1, end);
+    }
+}
+
+/// Each column of pixels gets the ink of its part, spread evenly over the rows that the part
+/// crosses and half a width beyond.
+void ColumnRaster::levelHairline(CPoint from, CPoint to, double width) {
+    double x = from.x - area_.left;
+    double y = from.y - area_.top;
+    const double xEnd = std::min(to.x - area_.left, double(area_.width()));
+    const double slope = (to.y - from.y) / (to.x - from.x);
+    const double lengthPerColumn = std::sqrt(1.0 + slope * slope);
+    if (x < 0.0) {
+        y -= slope * x;
+        x = 0.0;
+    }
+    for (int column = static_cast<int>(x); x < xEnd; ++column) {
+        const double xNext = std::min(column + 1.0, xEnd);
+        const double yNext = y + slope * (xNext - x);
+        hair(column, y, yNext, lengthPerColumn * (xNext - x), width);
+        x = xNext;
+        y = yNext;
+    }
+}
+
+/// Level parts are taken for steep ones by a hair: else their ink per row would have no bounds.
+void ColumnRaster::hair(int x, double y0, double y1, double length, double width) {
+    constexpr double kLeastHeight = 1.0 / 16.0;
+    const double middle = 0.5 * (y0 + y1);
+    const double height = std::max(std::abs(y1 - y0), kLeastHeight);
+    const double reach = 0.5 * (height + width);
+    const double inner = 0.5 * std::abs(height - width);
+    // Two boxes, one as high as the part and one as high as the line is wide, laid over each other.
+    const std::array<double, 4> ends{middle - reach, middle - inner, middle + inner,
+                                     middle + reach};
+    const double bottom = area_.height();
+    if (!(ends[3] > 0.0) || !(ends[0] < bottom)) return;
+    const double factor = length / (2.0 * height);
+    const Target target = column(x, std::max(0, static_cast<int>(ends[0])),
+                                 static_cast<int>(std::min(ends[3], bottom)) + 3);
+    if (ends[0] < 0.0) {
+        hairFromAbove(target, ends, factor);
+        return;
+    }
+    rampEnd(target, ends[0], factor);
+    if (ends[1] < bottom) rampEnd(target, ends[1], -factor);
+    if (ends[2] < bottom) rampEnd(target, ends[2], -factor);
+    if (ends[3] < bottom) rampEnd(target, ends[3], factor);
+}
+
+/// Row by row, for what the upper edge of the area cuts.
+void ColumnRaster::hairFromAbove(Target target, const std::array<double, 4>& ends, double factor) {
+    const auto inkAbove = [&](double t) {
+        const auto square = [t](double end) { return t > end ? (t - end) * (t - end) : 0.0; };
+        return factor * (square(ends[0]) - square(ends[1]) - square(ends[2]) + square(ends[3]));
+    };
+    const int end = static_cast<int>(std::min(std::ceil(ends[3]), double(area_.height())));
+    double slope = 0.0;
+    double covered = 0.0;
+    double above = inkAbove(0.0);
+    for (int row = 0; row < end + 2; ++row) {
+        const double below = row < end ? inkAbove(row + 1.0) : above;
+        const double now = row < end ? below - above : 0.0;
+        const double rise = now - covered;
+        target.sums[row * kStripWidth] += static_cast<float>(rise - slope);
+        target.marks[row] = 1;
+        slope = rise;
+        covered = now;
+        above = below;
+    }
 }
 
 void ColumnRaster::takeRow(float* sums, Running& running) {

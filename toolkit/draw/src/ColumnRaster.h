@@ -29,6 +29,11 @@ class ColumnRaster {
     void begin(const PixelBox& area);
     /// Finite coordinates, in pixels of the surface.
     void edge(CPoint from, CPoint to);
+    /// A piece of a thin line. Its ends are cut along columns or rows of pixels instead of across
+    /// the line, which needs no joins: true outlines cost several times that, and up to
+    /// kThickestHairline nobody sees the difference.
+    void hairline(CPoint from, CPoint to, double width);
+    static constexpr double kThickestHairline = 1.25; ///< pixels
     /// Calls `span(x, y, count, alpha)` for runs that are covered somewhere and
     /// `block(x, y, count, endY)` for rows in which the whole run is covered, and is empty
     /// afterwards. `alphaOf(y)`: what full coverage stands for in that row, 0..255. Scaling here,
@@ -50,6 +55,12 @@ class ColumnRaster {
         float* sums;
         std::uint8_t* marks;
     };
+    /// What changes where a steep line begins or ends: what it covers of a column, and half of what
+    /// that grows by from row to row.
+    struct Corner {
+        double width = 0.0;
+        double factor = 0.0;
+    };
     /// The running sums down a strip, and what the last row made of them.
     struct Running {
         alignas(16) std::array<float, kStripWidth> slope{};
@@ -61,7 +72,12 @@ class ColumnRaster {
     };
 
     void piece(int column, double y0, double y1, double width);
+    void steepHairline(CPoint top, CPoint bottom, double reach);
+    void levelHairline(CPoint from, CPoint to, double width);
+    void hair(int column, double y0, double y1, double length, double width);
+    void hairFromAbove(Target target, const std::array<double, 4>& ends, double factor);
     static void withinRow(Target target, int row, double y0, double y1, double width);
+    static void corner(Target target, double y, Corner change);
     static void rampEnd(Target target, double y, double factor);
     Target column(int x, int top, int bottom);
     static void takeRow(float* sums, Running& running);

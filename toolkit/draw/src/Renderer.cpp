@@ -87,11 +87,16 @@ void CRenderer::line(double x1, double y1, double x2, double y2) {
 void CRenderer::rectangle(const CRect& rect) {
     State& s = *state_;
     if (s.cannotDraw()) return;
+    // Grids are mostly outside of what is painted again.
+    const PixelBox& box = s.surface.box();
+    if (!s.paint.strokes && (rect.right <= box.left || rect.left >= box.right ||
+                             rect.bottom <= box.top || rect.top >= box.bottom))
+        return;
     s.figure.clear();
     s.figure.addRect(rect);
     const bool direct = s.paint.fills && isWholePixels(rect) && s.figure.isSound();
     if (direct)
-        s.fillBox(pixelsTouched(rect, s.surface.box()), s.ink(s.paint.fill).color);
+        s.fillBox(pixelsTouched(rect, box), s.ink(s.paint.fill).color);
     else if (s.paint.fills)
         s.shapes.fill(s.figure, s.surface, s.ink(s.paint.fill));
     if (s.paint.strokes)
@@ -146,30 +151,38 @@ void CRenderer::plotPoints(CPoint origin,
     const CColor ink = s.ink(color).color;
     // Counted from one pixel left of and above the box: a border of one pixel takes what is outside
     // (and what is no number), so that no point needs a branch.
-    const float beforeX = static_cast<float>(origin.x) - static_cast<float>(box.left - 1);
-    const float beforeY = static_cast<float>(origin.y) - static_cast<float>(box.top - 1);
+    // In two steps, so that a point falls into the same pixel whatever the clip is.
+    const auto originX = static_cast<float>(origin.x);
+    const auto originY = static_cast<float>(origin.y);
+    const auto beforeX = static_cast<float>(box.left - 1);
+    const auto beforeY = static_cast<float>(box.top - 1);
     const auto behindX = static_cast<float>(box.width() + 1);
     const auto behindY = static_cast<float>(box.height() + 1);
-    const auto inBorders = [](float position, float behind) {
-        return static_cast<int>(std::min(behind, std::max(0.0F, position)));
-    };
     const auto width = static_cast<unsigned>(box.width());
     const auto height = static_cast<unsigned>(box.height());
     const std::ptrdiff_t stride = s.surface.stride();
     const std::ptrdiff_t start = (box.top - 1) * stride + 4 * std::ptrdiff_t{box.left - 1};
 
     constexpr std::size_t kChunk = 512;
+    std::array<int, kChunk> columns;
+    std::array<int, kChunk> rows;
     std::array<std::ptrdiff_t, kChunk> offsets;
+    const auto inBorders = [](float position, float behind) {
+        return static_cast<int>(std::min(behind, std::max(0.0F, position)));
+    };
     const std::size_t count = std::min(x.size(), y.size());
     for (std::size_t first = 0; first < count; first += kChunk) {
-        const std::size_t end = std::min(first + kChunk, count);
+        const std::size_t here = std::min(kChunk, count - first);
+        // Apart from what follows, as several of these are done at a time.
+        for (std::size_t i = 0; i < here; ++i) {
+            columns[i] = inBorders(x[first + i] + originX - beforeX, behindX);
+            rows[i] = inBorders(y[first + i] + originY - beforeY, behindY);
+        }
         std::size_t inside = 0;
-        for (std::size_t i = first; i < end; ++i) {
-            const int column = inBorders(x[i] + beforeX, behindX);
-            const int row = inBorders(y[i] + beforeY, behindY);
-            offsets[inside] = start + row * stride + 4 * std::ptrdiff_t{column};
-            inside += static_cast<std::size_t>((static_cast<unsigned>(column) - 1 < width) &
-                                               (static_cast<unsigned>(row) - 1 < height));
+        for (std::size_t i = 0; i < here; ++i) {
+            offsets[inside] = start + rows[i] * stride + 4 * std::ptrdiff_t{columns[i]};
+            inside += static_cast<std::size_t>((static_cast<unsigned>(columns[i]) - 1 < width) &
+                                               (static_cast<unsigned>(rows[i]) - 1 < height));
         }
         s.surface.points(static_cast<int>(inside), offsets.data(), ink);
     }

@@ -74,6 +74,12 @@ void addStroke(ColumnRaster& columns,
                std::span<const CPoint> points,
                bool closed,
                double width) {
+    if (width <= ColumnRaster::kThickestHairline) {
+        for (std::size_t i = 1; i < points.size(); ++i)
+            columns.hairline(points[i - 1], points[i], width);
+        if (closed) columns.hairline(points.back(), points.front(), width);
+        return;
+    }
     CPoint start;
     CPoint last;
     bool any = false;

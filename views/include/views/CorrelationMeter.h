@@ -1,8 +1,9 @@
-// How alike left and right are, as a bar to the left or the right.
+// How alike left and right are, as a bar to the left or the right and as a number.
 #pragma once
 
 #include "analysis/AnalyserParameters.h"
 #include "views/DisplayControl.h"
+#include "views/StillPicture.h"
 
 #include <span>
 
@@ -29,8 +30,12 @@ class CCorrelationMeter : public IDisplayControl {
 
   private:
     CRect barRect() const;
+    /// What the number shows.
+    int hundredths() const;
+    void drawScale(CDrawContext& context) const;
 
     float value_ = 0;
+    StillPicture scale_;
 };
 
 } // namespace Sorel

@@ -10,6 +10,8 @@ namespace Sorel {
 struct DisplayColors {
     CColor main{250, 200, 60, 225};
     CColor dim{125, 100, 30, 225};
+    /// Numbers of rulers and axes: `dim`, with enough light to be read in passing.
+    CColor number{166, 135, 48, 255};
     CColor white{255, 255, 255, 255};
     CColor text1{161, 163, 193, 200};
     CColor text2{161, 163, 193, 200};
@@ -17,6 +19,9 @@ struct DisplayColors {
     CColor grid{161, 163, 193, 120};
     CColor gridDim{161, 163, 193, 60};
     CColor faint{161, 163, 193, 20};
+    /// A waveform: its outline, which is thinner than a pixel, and its filling.
+    CColor wave{226, 227, 242, 255};
+    CColor waveFill{161, 163, 193, 195};
     CColor hot{237, 28, 36, 185};
     CColor good{181, 230, 29, 185};
     CColor warn{255, 164, 27, 185};
@@ -26,6 +31,8 @@ struct DisplayColors {
     CColor frame{161, 163, 193, 200};
     /// The wells that displays lie in.
     CColor panel{34, 37, 59, 255};
+    /// Their ground near the top: for soft beds under texts.
+    CColor ground{25, 27, 45, 255};
     /// Names of presets and of things switched on, titles.
     CColor bright{236, 236, 244, 235};
     /// Inside edge of wells, lines that part lanes.

@@ -3,6 +3,8 @@
 
 #include "controls/OptionMenu.h"
 
+#include <functional>
+
 namespace Orvel {
 class COrvelScope;
 enum ParameterId : int;
@@ -17,6 +19,8 @@ class CDisplayMenu : public COptionMenu, public CControlListener {
 
     /// Page 0 scope, 1 spectrum, 2 stereo field; `where` in frame coordinates.
     void open(int page, CPoint where);
+    /// The menu of a level meter; `resetOvers` does what a click on it does.
+    void openForMeter(CPoint where, std::function<void()> resetOvers);
     void draw(CDrawContext&) override { setDirty(false); }
     void valueChanged(CControl* control) override;
 
@@ -24,8 +28,10 @@ class CDisplayMenu : public COptionMenu, public CControlListener {
     void addSwitch(const char* title, Orvel::ParameterId parameter);
     void addSub(const char* title, Orvel::ParameterId parameter);
     void change(Orvel::ParameterId parameter, double plain);
+    void openAt(CPoint where);
 
     Orvel::COrvelScope& analyser_;
+    std::function<void()> resetOvers_;
 };
 
 } // namespace Sorel

@@ -19,24 +19,29 @@ class CGoniometer : public IDisplayControl {
     /// No parameter changes it.
     static std::span<const Orvel::ParameterId> parameters() { return {}; }
 
-    /// What onIdle feeds it with; true when the picture has changed. Rate in Hz.
+    /// What onIdle feeds it with. Asks for a repaint of what changes; true when anything does.
+    /// Rate in Hz.
     bool setPoints(const SplineDots::Points& points, float sampleRate);
 
     void draw(CDrawContext& context) override;
     void onIdle() override;
+    void setViewSize(const CRect& rect, bool invalidate = true) override;
     const char* getClassName() const override { return "CGoniometer"; }
 
   private:
     CRect plotRect() const;
     CPoint centre() const;
+    void placeDots();
     void drawGuides(CDrawContext& context) const;
-    void drawOverlay(CDrawContext& context) const;
+    void drawDiagonals(CDrawContext& context) const;
+    void drawOverlay(CDrawContext& context);
 
     SplineDots::Points points_{};
     SplineDots::Points latest_{};
     SplineDots dots_;
-    StillPicture guides_;      // below the dots
-    StillPicture overlay_;     // above them
+    CRect dotsRect_;      // whole pixels around them
+    StillPicture guides_; // below the dots
+    StillPicture diagonals_;
     float sampleRate_ = 44100; ///< Hz
 };
 

@@ -43,6 +43,8 @@ class CVUMeter_Mono : public IDisplayControl {
     Orvel::MeteringMode mode() const { return mode_; }
     /// Tenths of a dB on the scale of the mode, as the read-out shows it.
     int heldTenths() const { return picture_.heldTenths; }
+    /// Asks for a repaint, in `view` that shows this meter, of what changed since the last call.
+    void askForChanges(CView& view);
     /// Everything but the box of overs.
     void drawChannel(CDrawContext& context);
 
@@ -67,6 +69,8 @@ class CVUMeter_Mono : public IDisplayControl {
     };
 
     bool refresh();
+    CRect changedRows() const;
+    CRect drRoom() const;
     bool isHistogram() const { return mode_ == Orvel::MeteringMode::histogram; }
     CRect columns(double from, double to, double top, double bottom) const;
     double across(double x) const;
@@ -90,6 +94,7 @@ class CVUMeter_Mono : public IDisplayControl {
     MeterFeed feed_;
     MeterLevels levels_;
     Picture picture_;
+    Picture asked_; // what askForChanges has seen
     OverBox overs_;
     std::function<void()> resetHeard_;
 };

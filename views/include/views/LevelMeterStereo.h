@@ -25,10 +25,12 @@ class CVUMeter_Stereo : public IDisplayControl {
 
     /// Heard after a click has set the counts of overs back.
     void setResetCallback(std::function<void()> heard) { resetHeard_ = std::move(heard); }
-    /// As a click does, without the callback.
+    /// What a click does: sets the counts back, and the callback hears of it.
+    void resetAllOvers();
+    /// The same without the callback.
     void resetOvers();
 
-    /// What onIdle feeds it with; true when the picture has changed.
+    /// What onIdle feeds it with. Asks for a repaint of what changes; true when anything does.
     bool setLevels(const MeterLevels& first, const MeterLevels& second);
     CVUMeter_Mono& channel(int i) { return channels_[static_cast<std::size_t>(i)]; }
     const OverBox& overBox() const { return overs_; }
@@ -41,6 +43,7 @@ class CVUMeter_Stereo : public IDisplayControl {
 
   private:
     void drawReadOut(CDrawContext& context);
+    void askForPart(const CRect& part) { invalidRect(part.moved(getViewSize().topLeft())); }
 
     MeterPair pair_;
     std::array<CVUMeter_Mono, 2> channels_; ///< in no tree; drawn and fed from here

@@ -6,6 +6,7 @@
 #include "views/DisplayControl.h"
 #include "views/ScopeRenderer.h"
 #include "views/ScopeRulers.h"
+#include "views/StillPicture.h"
 
 #include <span>
 
@@ -73,6 +74,7 @@ class CScope final : public IDisplayControl {
     float shownPeriodMs_ = 0.0F; // of the rulers
     float shownTempo_ = 0.0F;
     int channelMode_ = -1;
+    StillPicture laneNames_[2];
     Vardo::IPluginParameter* wheelParameter_ = nullptr;
     float wheelRest_ = 0.0F; // parts of a notch that have not stepped yet
 };

@@ -3,6 +3,7 @@
 
 #include "analysis/ScopeDataProvider.h"
 #include "draw/Bitmap.h"
+#include "views/ColumnRange.h"
 #include "views/ScopeStrip.h"
 
 #include <span>
@@ -24,14 +25,6 @@ struct ScopeRenderLayer {
     int drawMode = kGradientToo;
     int gradientSteps = 1;
     bool visible = false;
-};
-
-/// Columns from `first` up to but not including `end`.
-struct ColumnRange {
-    int first = 0;
-    int end = 0;
-    bool isEmpty() const { return end <= first; }
-    void add(int column);
 };
 
 /// Draws every visible layer as a curve over the whole rectangle.

@@ -18,7 +18,7 @@
 namespace Sorel {
 
 /// Every 25 ms a timer takes the newest frame from the engine, moves levels, peaks and rows on, and
-/// asks for a repaint if the picture changes by that: silence and freeze cost nothing. While it is
+/// asks for a repaint of what changes by that: silence and freeze cost nothing. While it is
 /// hidden the engine hands over nothing; shown again, it starts from -72 dB.
 class CSpectrum final : public IDisplayControl, public CTimerObject {
   public:
@@ -80,17 +80,20 @@ class CSpectrum final : public IDisplayControl, public CTimerObject {
 
     void updatePicture();
 
-    // Each answers whether the picture changes.
+    /// True when all of the picture changes; else see changes_.
     bool measurePicture();
-    bool waterfallMoved(int steps);
-    bool updateHighest();
+    void askForChanges();
+    bool waterfallMoved(int steps); ///< whether the picture changes
+    bool updateHighest();           ///< whether the text changes
+    CRect highestRoom() const;
 
     // SpectrumDraw.cpp
     void drawFlat(CDrawContext& context);
     void drawWaterfall(CDrawContext& context);
     void drawNewestRow(CDrawContext& context, const WaterfallProjection& projection);
     void drawEdges(CDrawContext& context);
-    void drawHighest(CDrawContext& context) const;
+    void drawHighest(CDrawContext& context);
+    void drawHighestWords(CDrawContext& context) const;
     void drawProjector(CDrawContext& context) const;
     void readLevels(double hz, double x, float& peakDb, float& levelDb) const;
 
@@ -99,6 +102,9 @@ class CSpectrum final : public IDisplayControl, public CTimerObject {
     SpectrumAxes axes_;
     SpectrumCurve curve_;
     SpectrumBars bars_;
+    ChangedRows changes_;
+    StillPicture highest_; // on its bed
+    StillPicture highestBed_;
     SpectrumWaterfallStage stage_;
     std::unique_ptr<SpectrumWaterfallPainter> rows_; // large: made when first needed
     bool lineMode_ = true;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "analysis/SpectrumModel.h"
+#include "views/ChangedRows.h"
 #include "views/SpectrumAxes.h"
 
 #include <vector>
@@ -12,8 +13,9 @@ namespace Sorel {
 /// loudest of those that share one is shown. Threads: GUI thread.
 class SpectrumBars {
   public:
-    /// Takes the levels of the moment; true when the picture changes by it.
-    bool update(const Orvel::SpectrumModel& model, const CRect& room);
+    /// Takes the levels of the moment. True when all of the picture changes by it, else what does
+    /// is entered in `changes`, by rows from the top of the room.
+    bool update(const Orvel::SpectrumModel& model, const CRect& room, ChangedRows& changes);
     void drawBars(CDrawContext& context, const SpectrumAxes& axes);
     void drawPeaks(CDrawContext& context, const CRect& room) const;
 
@@ -24,7 +26,7 @@ class SpectrumBars {
         double right = 0.0;
         double top = 0.0;
         double peak = 0.0;
-        friend bool operator==(const Bar&, const Bar&) = default;
+        bool standsAs(const Bar& other) const { return left == other.left && right == other.right; }
     };
 
     std::vector<Bar> bars_; // as drawn

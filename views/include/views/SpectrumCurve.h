@@ -2,6 +2,8 @@
 #pragma once
 
 #include "analysis/SpectrumModel.h"
+#include "views/ChangedRows.h"
+#include "views/ColumnRange.h"
 #include "views/SpectrumAxes.h"
 
 #include <vector>
@@ -14,8 +16,9 @@ namespace Sorel {
 /// Threads: GUI thread.
 class SpectrumCurve {
   public:
-    /// Takes the levels of the moment; true when the picture changes by it.
-    bool update(const Orvel::SpectrumModel& model);
+    /// Takes the levels of the moment. True when all of the picture changes by it, else what does
+    /// is entered in `changes`, by rows of a picture `height` high.
+    bool update(const Orvel::SpectrumModel& model, double height, ChangedRows& changes);
     /// dB; `column` pixels from the left edge.
     float levelAt(int column) const { return at(level_, column); }
     float peakAt(int column) const { return at(peak_, column); }
@@ -42,7 +45,17 @@ class SpectrumCurve {
 
     static float at(const std::vector<float>& levels, int column);
     bool place(const Orvel::SpectrumModel& model);
-    bool measure(Orvel::AnalyzeMode mode, Orvel::SpectrumLevels bins, std::vector<float>& shown);
+    void measure(Orvel::AnalyzeMode mode,
+                 Orvel::SpectrumLevels bins,
+                 std::vector<float>& shown,
+                 double height,
+                 ChangedRows& changes);
+    static void enter(const std::vector<float>& shown,
+                      std::size_t column,
+                      float before,
+                      double height,
+                      ChangedRows& changes);
+    ColumnRange toPaint(const CDrawContext& context, const CRect& room) const;
     void drawTrace(CDrawContext& context,
                    const CRect& room,
                    const std::vector<float>& levels,
@@ -53,7 +66,6 @@ class SpectrumCurve {
     std::vector<Column> columns_;
     std::vector<float> level_; // dB, as drawn
     std::vector<float> peak_;
-    std::vector<float> next_; // dB, being measured
     std::vector<float> upper_;
     std::vector<float> lower_; // heights, while drawing
 };

@@ -21,6 +21,9 @@ class SplineDots {
     /// `reach` pixels to full scale; what is no number or beyond full scale stays in the centre.
     void setPoints(const Points& points, float reach);
     void draw(CDrawContext& context, CPoint centre, CColor color);
+    /// Around all dots, pixels from the centre; somewhat wider, as the cubic swings beyond its
+    /// points.
+    CRect bounds() const;
 
   private:
     // With one point before the first and two after the last, pixels from the centre.
