@@ -268,7 +268,6 @@ bool CSpectrum::updateHighest() {
         .text(")");
     if (std::strcmp(text, highestText_.c_str()) == 0) return false;
     highestText_.assign(text);
-    highest_.invalidate();
     return true;
 }
 

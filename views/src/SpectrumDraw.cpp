@@ -38,6 +38,19 @@ constexpr Word kHighestWords[] = {{"Highest:", HorizontalAlign::kLeft},
                                   {"@", HorizontalAlign::kLeft},
                                   {"96000.0Hz (#G-3)", HorizontalAlign::kLeft}};
 
+/// Where each word is anchored, from the right edge of the view.
+std::vector<double> placesOf(std::span<const Word> words, const CDrawContext& context) {
+    std::vector<double> places(words.size());
+    const double gap = context.getStringWidth(" ");
+    double right = -kTextInset;
+    for (std::size_t i = words.size(); i-- > 0;) {
+        const double left = std::floor(right - context.getStringWidth(words[i].widest));
+        places[i] = words[i].align == HorizontalAlign::kLeft ? left : right;
+        right = std::floor(left - gap);
+    }
+    return places;
+}
+
 } // namespace
 
 void CSpectrum::draw(CDrawContext& context) {
@@ -115,36 +128,26 @@ CRect CSpectrum::highestRoom() const {
 void CSpectrum::drawHighest(CDrawContext& context) {
     const CRect room = highestRoom();
     if (!room.touches(context.getClipRect())) return;
-    highest_.draw(context, room, [&](CDrawContext& text) {
-        highestBed_.draw(text, room, [&](CDrawContext& still) {
-            const CRect lines{room.left + kSoftBedReach, room.top + kTextBaseline - 7.0,
-                              room.right - kTextInset, room.top + kTextBaseline};
-            drawSoftBed(still, lines, colors().ground.withAlpha(kHighestBedAlpha));
-        });
-        drawHighestWords(text);
+    highestBed_.draw(context, room, [&](CDrawContext& still) {
+        const CRect lines{room.left + kSoftBedReach, room.top + kTextBaseline - 7.0,
+                          room.right - kTextInset, room.top + kTextBaseline};
+        drawSoftBed(still, lines, colors().ground.withAlpha(kHighestBedAlpha));
     });
+    drawHighestWords(context);
 }
 
-void CSpectrum::drawHighestWords(CDrawContext& context) const {
+void CSpectrum::drawHighestWords(CDrawContext& context) {
     const CRect& room = getViewSize();
-    const double baseline = room.top + kTextBaseline;
     context.setFont(kDefaultFont, 10.0, kRegularFont);
     context.setFontColor(colors().text2);
-    const double gap = context.getStringWidth(" ");
-    double left = room.right - kTextInset + gap;
-    for (const Word& word : kHighestWords)
-        left -= std::ceil(context.getStringWidth(word.widest) + gap);
-    left = std::floor(left);
+    if (highestPlaces_.empty()) highestPlaces_ = placesOf(kHighestWords, context);
     std::string_view rest = highestText_.c_str();
-    for (const auto& [widest, align] : kHighestWords) {
-        const bool last = widest == std::end(kHighestWords)[-1].widest;
-        const std::size_t end = last ? rest.size() : std::min(rest.find(' '), rest.size());
-        const double width = std::ceil(context.getStringWidth(widest));
-        context.drawStringAt(rest.substr(0, end),
-                             {align == HorizontalAlign::kLeft ? left : left + width, baseline},
-                             align);
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-        left += std::ceil(context.getStringWidth(widest) + gap);
+    for (std::size_t i = 0; i < std::size(kHighestWords); ++i) {
+        const bool last = i + 1 == std::size(kHighestWords);
+        const std::string_view word = last ? rest : rest.substr(0, rest.find(' '));
+        context.drawStringAt(word, {room.right + highestPlaces_[i], room.top + kTextBaseline},
+                             kHighestWords[i].align);
+        rest.remove_prefix(std::min(word.size() + 1, rest.size()));
     }
 }
 

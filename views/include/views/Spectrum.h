@@ -93,7 +93,7 @@ class CSpectrum final : public IDisplayControl, public CTimerObject {
     void drawNewestRow(CDrawContext& context, const WaterfallProjection& projection);
     void drawEdges(CDrawContext& context);
     void drawHighest(CDrawContext& context);
-    void drawHighestWords(CDrawContext& context) const;
+    void drawHighestWords(CDrawContext& context);
     void drawProjector(CDrawContext& context) const;
     void readLevels(double hz, double x, float& peakDb, float& levelDb) const;
 
@@ -103,8 +103,8 @@ class CSpectrum final : public IDisplayControl, public CTimerObject {
     SpectrumCurve curve_;
     SpectrumBars bars_;
     ChangedRows changes_;
-    StillPicture highest_; // on its bed
     StillPicture highestBed_;
+    std::vector<double> highestPlaces_; // of its words, from the right edge; found once
     SpectrumWaterfallStage stage_;
     std::unique_ptr<SpectrumWaterfallPainter> rows_; // large: made when first needed
     bool lineMode_ = true;
