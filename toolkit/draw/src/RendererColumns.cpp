@@ -51,12 +51,44 @@ void paintTable(ColumnRaster& columns, const Surface& surface, const GradientTab
                   });
 }
 
+/// Points from `first` up to but not including `end` matter for these pixels.
+struct Block {
+    PixelBox area;
+    std::size_t first;
+    std::size_t end;
+};
+
+/// Calls `paint(block)` for blocks of columns of pixels from left to right, so that the raster's
+/// sums stay in the fast memory. Lines of `width` that end at a block's last point end outside of
+/// it.
+template <class Paint>
+void inBlocks(const PixelBox& box,
+              double left,
+              double columnWidth,
+              std::size_t count,
+              double width,
+              Paint paint) {
+    constexpr int kColumns = 4 * ColumnRaster::kLongestSpan;
+    const double margin = width + 2.0;
+    const auto pointAt = [&](double x) { return (x - left) / columnWidth; };
+    for (int x = box.left; x < box.right; x += kColumns) {
+        const PixelBox area{x, box.top, std::min(x + kColumns, box.right), box.bottom};
+        const auto [low, high] =
+            std::minmax({pointAt(area.left - margin), pointAt(area.right + margin)});
+        const double last = static_cast<double>(count);
+        const double first = std::clamp(std::floor(low), 0.0, last);
+        const double end = std::clamp(std::ceil(high) + 1.0, 0.0, last);
+        if (first < end)
+            paint(Block{area, static_cast<std::size_t>(first), static_cast<std::size_t>(end)});
+    }
+}
+
 /// Calls `run(first, count)` for each run of columns without a gap.
 template <class IsPoint, class Run>
-void forRuns(std::size_t count, IsPoint isPoint, Run run) {
-    for (std::size_t first = 0; first < count;) {
+void forRuns(const Block& block, IsPoint isPoint, Run run) {
+    for (std::size_t first = block.first; first < block.end;) {
         std::size_t end = first;
-        while (end < count && isPoint(end))
+        while (end < block.end && isPoint(end))
             ++end;
         if (end - first > 1) run(first, end - first);
         first = end + 1;
@@ -100,16 +132,23 @@ void addStroke(ColumnRaster& columns,
 
 } // namespace
 
-void CRenderer::State::paintColumns(const CLinearGradient& gradient) {
+void CRenderer::State::prepareColumns(const CLinearGradient& gradient) {
+    rowTints.clear();
     const GradientAxis axis(gradient);
+    columnTable.reset();
     if (!axis.isVertical()) {
-        paintTable(columns, surface, GradientTable(gradient));
+        columnTable.emplace(gradient);
         return;
     }
-    rowTints.clear();
     for (int y = surface.box().top; y < surface.box().bottom; ++y)
         rowTints.push_back(gradient.at(axis.at(0.0, y + 0.5)));
-    paintRows(columns, surface, rowTints);
+}
+
+void CRenderer::State::paintColumns() {
+    if (columnTable)
+        paintTable(columns, surface, *columnTable);
+    else
+        paintRows(columns, surface, rowTints);
 }
 
 void CRenderer::columnBand(const CColumnBand& band,
@@ -135,18 +174,22 @@ void CRenderer::columnBand(const CColumnBand& band,
         return s.points;
     };
 
-    s.columns.begin(s.surface.box());
-    forRuns(count, isPoint, [&](std::size_t first, std::size_t length) {
-        addOutline(s.columns, contour(first, length));
-    });
-    s.paintColumns(faded(gradient, s.masterAlpha));
-
-    if (!(outlineWidth > 0.0) || outline.alpha == 0) return;
-    s.columns.begin(s.surface.box());
-    forRuns(count, isPoint, [&](std::size_t first, std::size_t length) {
-        addStroke(s.columns, s.shapes, contour(first, length), true, outlineWidth);
-    });
-    paintSolid(s.columns, s.surface, s.ink(outline).color);
+    s.prepareColumns(faded(gradient, s.masterAlpha));
+    const bool outlined = outlineWidth > 0.0 && outline.alpha != 0;
+    inBlocks(s.surface.box(), band.left, band.columnWidth, count, outlined ? outlineWidth : 0.0,
+             [&](const Block& block) {
+                 s.columns.begin(block.area);
+                 forRuns(block, isPoint, [&](std::size_t first, std::size_t length) {
+                     addOutline(s.columns, contour(first, length));
+                 });
+                 s.paintColumns();
+                 if (!outlined) return;
+                 s.columns.begin(block.area);
+                 forRuns(block, isPoint, [&](std::size_t first, std::size_t length) {
+                     addStroke(s.columns, s.shapes, contour(first, length), true, outlineWidth);
+                 });
+                 paintSolid(s.columns, s.surface, s.ink(outline).color);
+             });
 }
 
 void CRenderer::columnLine(
@@ -154,16 +197,18 @@ void CRenderer::columnLine(
     State& s = *state_;
     if (s.cannotDraw() || !std::isfinite(left) || !(std::abs(columnWidth) > 0.0) || !(width > 0.0))
         return;
-    s.columns.begin(s.surface.box());
-    forRuns(
-        y.size(), [&](std::size_t c) { return std::isfinite(y[c]); },
-        [&](std::size_t first, std::size_t length) {
-            s.points.clear();
-            for (std::size_t c = first; c < first + length; ++c)
-                s.points.push_back({left + static_cast<double>(c) * columnWidth, double{y[c]}});
-            addStroke(s.columns, s.shapes, s.points, false, width);
-        });
-    paintSolid(s.columns, s.surface, s.ink(color).color);
+    inBlocks(s.surface.box(), left, columnWidth, y.size(), width, [&](const Block& block) {
+        s.columns.begin(block.area);
+        forRuns(
+            block, [&](std::size_t c) { return std::isfinite(y[c]); },
+            [&](std::size_t first, std::size_t length) {
+                s.points.clear();
+                for (std::size_t c = first; c < first + length; ++c)
+                    s.points.push_back({left + static_cast<double>(c) * columnWidth, double{y[c]}});
+                addStroke(s.columns, s.shapes, s.points, false, width);
+            });
+        paintSolid(s.columns, s.surface, s.ink(color).color);
+    });
 }
 
 } // namespace Sorel

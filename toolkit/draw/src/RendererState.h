@@ -6,6 +6,8 @@
 #include "ShapeRaster.h"
 #include "Surface.h"
 
+#include <optional>
+
 namespace Sorel {
 
 struct CRenderer::State {
@@ -24,8 +26,9 @@ struct CRenderer::State {
     ColumnRaster columns;
     Figure figure;
     std::vector<CPoint> points;
-    std::vector<Pixels::Pixel> rowColors; ///< of one row of pixels
-    std::vector<CColor> rowTints;         ///< one a row
+    std::vector<Pixels::Pixel> rowColors;     ///< of one row of pixels
+    std::vector<CColor> rowTints;             ///< one a row, for gradients that run down
+    std::optional<GradientTable> columnTable; ///< for any other
 
     bool cannotDraw() const { return surface.box().isEmpty(); }
     Ink ink(CColor color) const { return {color.faded(masterAlpha), nullptr}; }
@@ -33,7 +36,9 @@ struct CRenderer::State {
     void drawFigure(Corners corners);
     /// Fills whole pixels; needs no rasteriser.
     void fillBox(const PixelBox& box, CColor color) const;
-    void paintColumns(const CLinearGradient& gradient);
+    /// What paintColumns fills with; found once for all blocks of a shape.
+    void prepareColumns(const CLinearGradient& gradient);
+    void paintColumns();
     void fillFigure(const CLinearGradient& gradient);
 
     void drawMasks(double x, int baseline, std::string_view utf8, CColor color);
