@@ -88,6 +88,7 @@ TEST_F(PresetListTest, RenamingNeverReplaces) {
     presets.SelectPresetByName("Mix/b.fxPreset", PresetPlace::kInFolder);
     EXPECT_EQ(presets.RenameCurrentPreset("c"), RenameResult::kExists);
     EXPECT_EQ(read(path("Mix/c.fxPreset")), presetFile("in", "Mix/c.fxPreset"));
+    EXPECT_EQ(presets.RenameCurrentPreset("../x"), RenameResult::kNameRefused);
     EXPECT_EQ(presets.RenameCurrentPreset("b"), RenameResult::kDone);
     EXPECT_EQ(presets.RenameCurrentPreset(std::string(250, 'x').c_str()), RenameResult::kFailed);
     EXPECT_EQ(current(), "b");
