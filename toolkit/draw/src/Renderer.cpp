@@ -181,8 +181,9 @@ void CRenderer::plotPoints(CPoint origin,
         std::size_t inside = 0;
         for (std::size_t i = 0; i < here; ++i) {
             offsets[inside] = start + rows[i] * stride + 4 * std::ptrdiff_t{columns[i]};
-            inside += static_cast<std::size_t>((static_cast<unsigned>(columns[i]) - 1 < width) &
-                                               (static_cast<unsigned>(rows[i]) - 1 < height));
+            const unsigned across = static_cast<unsigned>(columns[i]) - 1 < width;
+            const unsigned down = static_cast<unsigned>(rows[i]) - 1 < height;
+            inside += across & down;
         }
         s.surface.points(static_cast<int>(inside), offsets.data(), ink);
     }
