@@ -155,8 +155,8 @@ void ColumnRaster::steepHairline(CPoint top, CPoint bottom, double reach) {
     const double left = std::min(x0, x1) - reach;
     const double right = std::max(x0, x1) + reach;
     if (!(right > 0.0) || !(left < area_.width())) return;
-    const int last = std::min(static_cast<int>(right), area_.width() - 1);
-    for (int c = std::max(0, static_cast<int>(left)); c <= last; ++c) {
+    const int last = static_cast<int>(std::min(right, area_.width() - 1.0));
+    for (int c = static_cast<int>(std::max(0.0, left)); c <= last; ++c) {
         const double z0 = rightwards ? x0 - c : c + 1.0 - x0;
         const double z1 = rightwards ? x1 - c : c + 1.0 - x1;
         const Target target =
