@@ -18,7 +18,9 @@ target_compile_options(orvel_options INTERFACE
   -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wno-sign-conversion
   -Wnon-virtual-dtor -Wold-style-cast -Wcast-qual
   # The same numbers on every machine: no multiply and add is fused behind our back.
-  -ffp-contract=off)
+  -ffp-contract=off
+  # Nobody reads the flags of floating-point exceptions: loops that compare may be vectorised.
+  -fno-trapping-math)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Unique symbols would keep a host from ever unloading the plug-in. (clang's -Wdouble-promotion
   # also warns of double{x}, which is how we write a promotion that is meant.)

@@ -82,6 +82,9 @@ std::unique_ptr<ParameterProperty> makeParameter(int id, const Core::Relaxed<flo
     }
     auto parameter = std::make_unique<ParameterProperty>();
     switch (id) {
+    case kGlobalRMSLength:
+        parameter->setTextFunction(nullptr, parseTime);
+        break;
     case kScopeSyncDurationBeatTime:
         parameter->setTextFunction(formatBeatTime, parseBeatTime);
         break;
@@ -142,7 +145,7 @@ void COrvelScope_SampleRateDependedFrequencyParameter::formatValue(float plain,
 
 void COrvelScope_SampleRateDependedFrequencyParameter::setValueFromText(const char* text) {
     if (text == nullptr) return;
-    setValue(static_cast<float>(projectorPosition(Core::parseNumber(text), double{sampleRate_})));
+    setValue(static_cast<float>(projectorPosition(parseHertz(text), double{sampleRate_})));
 }
 
 ParameterTable createParameters(CPropertyManager& properties,

@@ -40,6 +40,7 @@ void COrvelScope::setChunk(const void* data, int size) {
     loadActivePage();
     store_.clear();
 
+    resetOvers();
     hostRefreshWanted_ = true;
     if (editor_ != nullptr) editor_->stateReplaced(activePage_);
 }

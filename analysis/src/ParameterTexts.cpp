@@ -15,6 +15,16 @@ using Vardo::BeatTimeList;
 using Vardo::kMaxValueText;
 
 constexpr const char* kHold = "Hold";
+
+/// The number at the start of the text, times 1000 where a unit with this small letter in front
+/// follows it.
+double parseInThousands(const char* text, char letter) {
+    const char* rest = text;
+    const double number = Core::parseNumber(text, &rest);
+    const char unit = *Core::skipSpaces(rest);
+    const bool scaled = unit == letter || unit == letter - 'a' + 'A';
+    return scaled ? number * 1000 : number;
+}
 } // namespace
 
 void formatBeatTime(float plain, char* text, int /*flags*/) {
@@ -38,12 +48,11 @@ void formatTime(float plain, char* text, int /*flags*/) {
 }
 
 bool parseTime(const char* text, float& plain, void* /*userData*/) {
-    const char* rest = text;
-    double value = Core::parseNumber(text, &rest);
-    if (Core::equalsIgnoringCase(Core::skipSpaces(rest), "s")) value *= 1000;
-    plain = static_cast<float>(value);
+    plain = static_cast<float>(parseInThousands(text, 's'));
     return true;
 }
+
+double parseHertz(const char* text) { return parseInThousands(text, 'k'); }
 
 void formatMultiplier(float plain, char* text, int /*flags*/) {
     TextWriter(text, kMaxValueText).text("Duration x").fixed(double{plain} + 0.02, 0);

@@ -9,9 +9,13 @@ namespace Orvel {
 void formatBeatTime(float plain, char* text, int flags);
 bool parseBeatTime(const char* text, float& plain, void* userData);
 
-/// Milliseconds: "500 ms", from one second on "1.50 s". A bare number is milliseconds.
+/// Milliseconds: "500 ms", from one second on "1.50 s". "2 sec" is read as well; a bare number is
+/// milliseconds.
 void formatTime(float plain, char* text, int flags);
 bool parseTime(const char* text, float& plain, void* userData);
+
+/// Hertz: "1000", "1000 Hz", "1k", "1.0 kHz".
+double parseHertz(const char* text);
 
 /// "Duration x4". "x4" and "4" are read as well.
 void formatMultiplier(float plain, char* text, int flags);

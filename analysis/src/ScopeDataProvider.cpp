@@ -57,6 +57,7 @@ void CMultiLayerScopeDataProvider::SetNumColumns(int numColumns) {
     numColumns_ = numColumns;
     Reset();
     readStart_ = 0;
+    version_.fetch_add(1, std::memory_order_release);
 }
 
 void CMultiLayerScopeDataProvider::Reset() {
@@ -118,6 +119,7 @@ void CMultiLayerScopeDataProvider::storeColumn(int column) {
         layer.columns[static_cast<std::size_t>(column)].store(
             pack({layer.runningMin, layer.runningMax}), std::memory_order_relaxed);
     }
+    version_.fetch_add(1, std::memory_order_release);
 }
 
 void CMultiLayerScopeDataProvider::PushColumn() {
@@ -131,6 +133,7 @@ void CMultiLayerScopeDataProvider::zeroLayer(int index) {
     layer.runningMax = 0.0F;
     for (int column = 0; column < numColumns_; ++column)
         layer.columns[static_cast<std::size_t>(column)].store(0, std::memory_order_relaxed);
+    version_.fetch_add(1, std::memory_order_release);
 }
 
 // ---- reader

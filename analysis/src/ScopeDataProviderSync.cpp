@@ -14,9 +14,9 @@ void CScopeDataProvider_Sync::Reset() {
 void CScopeDataProvider_Sync::setSyncEnabled(bool enabled) {
     if (enabled == syncEnabled_ || !tryEnter()) return;
     syncEnabled_ = enabled;
+    zeroAllLayers();
+    unshift();
     Reset();
-    for (int layer = 0; layer < GetNumLayers(); ++layer)
-        zeroLayer(layer);
     leave();
 }
 
@@ -71,12 +71,19 @@ bool CScopeDataProvider_Sync::restartsHere() {
 
 void CScopeDataProvider_Sync::restart() {
     // A shifted picture shows columns from both sides of the point: none of the old may stay.
-    if (viewOffset_ > 0)
-        for (int layer = 0; layer < GetNumLayers(); ++layer)
-            zeroLayer(layer);
+    if (viewOffset_ > 0) zeroAllLayers();
+    unshift();
+    Reset();
+}
+
+void CScopeDataProvider_Sync::zeroAllLayers() {
+    for (int layer = 0; layer < GetNumLayers(); ++layer)
+        zeroLayer(layer);
+}
+
+void CScopeDataProvider_Sync::unshift() {
     viewOffset_ = 0.0F;
     viewOffsetShown_ = 0.0F;
-    Reset();
 }
 
 void CScopeDataProvider_Sync::PushColumn() {

@@ -23,17 +23,19 @@ float analyzeRange(AnalyzeMode mode, double fromHz, double toHz, SpectrumLevels 
     if (levels.db.empty() || !(levels.binHz > 0)) return kLowestShownDb;
     const std::size_t from = std::min(binAt(fromHz, levels), levels.db.size() - 1);
     const std::size_t to = std::max(binAt(toHz, levels), from + 1);
+    return analyzeBins(mode, levels.db.data() + from, to - from);
+}
 
+float analyzeBins(AnalyzeMode mode, const float* db, std::size_t count) noexcept {
     float highest = kLowestShownDb;
     if (mode == AnalyzeMode::magnitude) {
-        for (std::size_t i = from; i < to; ++i)
-            highest = std::max(highest, levels.db[i]);
+        for (std::size_t i = 0; i < count; ++i)
+            highest = std::max(highest, db[i]);
         return highest;
     }
     double power = 0;
-    for (std::size_t i = from; i < to; ++i)
-        if (levels.db[i] > kLowestShownDb)
-            power += double{std::exp2(levels.db[i] * kOctavesOfPowerPerDb)};
+    for (std::size_t i = 0; i < count; ++i)
+        if (db[i] > kLowestShownDb) power += double{std::exp2(db[i] * kOctavesOfPowerPerDb)};
     if (power <= 0) return kLowestShownDb;
     return std::max(kLowestShownDb, static_cast<float>(10 * std::log10(power)));
 }

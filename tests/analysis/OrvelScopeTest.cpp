@@ -235,10 +235,16 @@ TEST(AnalyserParameters, textsAreThoseOfTheField) {
     EXPECT_EQ(textAt(kScopeVisibleTimeMs, 5000), "5.00 s");
     EXPECT_EQ(textAt(kSpectrumPeakReset, 0), "Hold");
     EXPECT_EQ(textAt(kSpectrumProjectorFrequency, 1), "24000.0Hz");
-    scope.parameter(kScopeVisibleTimeMs).setValueFromText("1,5 s");
-    EXPECT_EQ(scope.parameter(kScopeVisibleTimeMs).getValue(), 1500.0F);
-    scope.parameter(kSpectrumProjectorFrequency).setValueFromText("1000");
-    EXPECT_NEAR(scope.projectorFrequency(), 1000, 0.01);
+    for (const char* text : {"1,5 s", "1.5S", "1.5 Sec", "1500ms", "1500"}) {
+        scope.parameter(kScopeVisibleTimeMs).resetToDefault();
+        scope.parameter(kScopeVisibleTimeMs).setValueFromText(text);
+        EXPECT_EQ(scope.parameter(kScopeVisibleTimeMs).getValue(), 1500.0F) << text;
+    }
+    for (const char* text : {"1500", "1500 hz", "1,5k", "1.5 KHZ"}) {
+        scope.parameter(kSpectrumProjectorFrequency).resetToDefault();
+        scope.parameter(kSpectrumProjectorFrequency).setValueFromText(text);
+        EXPECT_NEAR(scope.projectorFrequency(), 1500, 0.01) << text;
+    }
 }
 
 // ---- state
@@ -279,6 +285,16 @@ TEST(AnalyserState, comesBackExactly) {
         loaded.setChunk(own, size); // hosts hand back the very memory they got
         EXPECT_EQ(chunkOf(loaded), chunk);
     }
+}
+
+TEST(AnalyserState, forgetsTheOversWithoutAnEditorToo) {
+    COrvelScope scope(nullptr);
+    scope.setThreadedProcessing(false);
+    PlainHost host(scope, 48000, 480);
+    host.play(stereoNoise(4800, 3, 2.0F), 480);
+    EXPECT_GT(host.read().levels[0].overs, 0);
+    load(scope, chunkOf(scope));
+    EXPECT_EQ(host.read().levels[0].overs, 0);
 }
 
 TEST(AnalyserState, projectorStaysAtItsFrequencyWhenTheRateChanges) {

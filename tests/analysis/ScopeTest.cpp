@@ -156,8 +156,10 @@ TEST_F(SyncedProvider, aShiftedPictureIsClearedOnceAtTheNextPoint) {
     EXPECT_EQ(provider.viewOffset(), 0.0F);
     EXPECT_EQ(read(provider, 1, 10)[1].max, 5.0F);
     EXPECT_EQ(read(provider, 1, 10)[5].max, 0.0F);
+    provider.setViewOffset(4);
     provider.setSyncEnabled(false);
     EXPECT_EQ(read(provider, 1, 10)[1].max, 0.0F) << "starts over empty";
+    EXPECT_EQ(provider.viewOffset(), 0.0F) << "no point comes that would take it back";
 }
 
 TEST_F(SyncedProvider, manyColumnsPerSampleRepeatTheSample) {

@@ -150,6 +150,9 @@ TEST_F(ControlTest, WheelDefaultAndSteps) {
     dial_->setSteppedByParameter(true);
     window().wheel(kKnob, 1.0F);
     EXPECT_FLOAT_EQ(mode_.getValue(), 2.0F);
+    window().wheel(kKnob, 0.9F);
+    window().wheel(kKnob, -1.0F);
+    EXPECT_FLOAT_EQ(mode_.getValue(), 1.0F) << "a part of a notch does not outlive a turn";
     window().press(kKnob);
     for (int y = 0; y < 90; y += 3) {
         window().moveMouse({46.0, 48.0 - y});
@@ -229,6 +232,35 @@ TEST_F(ControlTest, AnInactiveDialIsDimAndDeaf) {
     EXPECT_NE(pixel(46, 21), lit);
     EXPECT_EQ(window().press(kKnob), kMouseNotHandled);
     EXPECT_FALSE(window().wheel(kKnob, 1.0F));
+}
+
+TEST_F(ControlTest, NoGestureOutlivesItsParameterOrTheDialsActivity) {
+    openDial(gain_);
+    const std::function<void()> ends[] = {[&] { dial_->setParameter(&mode_); },
+                                          [&] { dial_->setActive(false); }};
+    for (const auto& end : ends) {
+        host_.calls.clear();
+        window().press(kKnob);
+        window().moveMouse({46.0, 28.0});
+        end();
+        window().moveMouse({46.0, -40.0});
+        window().releaseButtons({46.0, -40.0});
+        EXPECT_THAT(host_.calls, ElementsAre("begin7", "set", "end7"));
+        dial_->setParameter(&gain_);
+        dial_->setActive(true);
+
+        const float before = plain();
+        window().click(kValueText);
+        window().type("3");
+        end();
+        EXPECT_FALSE(dial_->isTyping());
+        window().key(Key::kReturn);
+        EXPECT_EQ(plain(), before);
+        dial_->setParameter(&gain_);
+        dial_->setActive(true);
+    }
+    EXPECT_EQ(mode_.getValue(), 1.0F);
+    EXPECT_EQ(frame().getNbViews(), 1);
 }
 
 TEST_F(ControlTest, SwitchesFadeBetweenTheirPictures) {

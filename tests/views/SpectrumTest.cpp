@@ -129,6 +129,15 @@ TEST_F(SpectrumTest, BarsHoldTheToneAndCapsStayAbove) {
         EXPECT_NEAR(cap.y, kPage.top + std::floor(375 * (9 + 6.02) / 81), 1.0);
     }
     keep("spectrum-tone-bars");
+
+    // Bands that share a pixel are one bar, which reads as the loudest of them.
+    setPlain(Orvel::kSpectrumLinearFrequencyScale, 1);
+    playTone(19 * kRate / 16384, 0.5);
+    SpectrumBars bars;
+    ChangedRows changes;
+    bars.update(view_->model(), kPage, changes);
+    EXPECT_NEAR(bars.levelAt(kPage.left + 2.0), -6.02F, 0.1F);
+    EXPECT_LT(bars.levelAt(kPage.left + 40.0), -50.0F);
 }
 
 TEST_F(SpectrumTest, SilenceAndFreezeRepaintNothing) {
@@ -176,6 +185,44 @@ TEST_F(SpectrumTest, ShownAgainItStartsFromTheFloor) {
     EXPECT_EQ(view_->model().scale().highestHz(), 48000.0);
 }
 
+TEST_F(SpectrumTest, WhatIsFrozenStaysUntilItsFormChanges) {
+    open();
+    const auto levels = [&] {
+        const Orvel::SpectrumModel& model = view_->model();
+        const auto& row = model.waterfall().row(5);
+        std::vector<float> all{row.begin(), row.end()};
+        for (const auto& line : {model.smoothed().db, model.peaks().db})
+            all.insert(all.end(), line.begin(), line.end());
+        return all;
+    };
+    for (const bool waterfall : {false, true}) {
+        setPlain(Orvel::kSpectrumDrawWaterfall, waterfall ? 1 : 0);
+        playNoise(0.5);
+        playSilence(0.2); // on the way down
+        setPlain(Orvel::kSpectrumFreeze, 1);
+        const std::vector<float> frozen = levels();
+        setPlain(Orvel::kSpectrumAnalyzeMode, 1);
+        setPlain(Orvel::kSpectrumDrawLine, 1); // as it was
+        EXPECT_EQ(levels(), frozen) << waterfall;
+        setPlain(Orvel::kSpectrumFFTSize, 1);
+        view_->setVisible(false);
+        view_->setVisible(true);
+        wait(100);
+        EXPECT_EQ(levels(), frozen) << waterfall;
+        setPlain(Orvel::kSpectrumFreeze, 0);
+        wait(50);
+        EXPECT_EQ(view_->model().fftSize(), 4096);
+        setPlain(Orvel::kSpectrumFFTSize, 3);
+    }
+    setPlain(Orvel::kSpectrumDrawWaterfall, 0);
+    playTone(1000, 0.5);
+    setPlain(Orvel::kSpectrumFreeze, 1);
+    setPlain(Orvel::kSpectrumDrawLine, 0);
+    const auto bands = view_->model().bands().shown();
+    EXPECT_TRUE(std::any_of(bands.begin(), bands.end(),
+                            [](const auto& band) { return band.value > -10.0F; }));
+}
+
 TEST_F(SpectrumTest, DraggingTurnsTheWaterfall) {
     open();
     CPoint menuAt;
@@ -197,6 +244,10 @@ TEST_F(SpectrumTest, DraggingTurnsTheWaterfall) {
     EXPECT_GT(window().takeShownPixels(), 0U);
     window().moveMouse({900.0, 230.0});
     EXPECT_FLOAT_EQ(analyser_.parameter(Orvel::kSpectrumRotate).getValue(), 1.0F);
+    window().press({900.0, 230.0}, Buttons::kRight); // neither a menu nor a second drag
+    window().moveMouse({500.0, 230.0});
+    EXPECT_NEAR(analyser_.parameter(Orvel::kSpectrumRotate).getValue(), 0.85, 1e-4);
+    window().moveMouse({900.0, 230.0});
     window().releaseButtons({900.0, 230.0});
     EXPECT_EQ(window().cursor(), CursorKind::kArrow);
     window().moveMouse({200.0, 230.0});

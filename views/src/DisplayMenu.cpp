@@ -9,7 +9,7 @@
 namespace Sorel {
 
 namespace {
-enum Page { kScope = 0, kSpectrum = 1, kStereoField = 2 };
+constexpr int kScopePage = 0;
 constexpr std::int32_t kResetOvers = -1; // tag of an entry that is no parameter
 } // namespace
 
@@ -38,7 +38,7 @@ void CDisplayMenu::addSub(const char* title, Orvel::ParameterId id) {
 
 void CDisplayMenu::open(int page, CPoint where) {
     removeAllEntries();
-    if (page == kScope) {
+    if (page == kScopePage) {
         addSwitch("Freeze", Orvel::kScopeFreeze);
         addSwitch("Show Transients", Orvel::kScopeTransientDetection);
         addSwitch("Male 'Ess'", Orvel::kScopeDeEsserMale);
@@ -49,7 +49,7 @@ void CDisplayMenu::open(int page, CPoint where) {
     } else {
         addSwitch("Freeze", Orvel::kSpectrumFreeze);
         addSwitch("Line", Orvel::kSpectrumDrawLine);
-        if (page == kSpectrum) addSwitch("Waterfall", Orvel::kSpectrumDrawWaterfall);
+        addSwitch("Waterfall", Orvel::kSpectrumDrawWaterfall);
         addSwitch("Linear Scale", Orvel::kSpectrumLinearFrequencyScale);
         addSeparator();
         addSub("Num Bands", Orvel::kSpectrumNumBands);

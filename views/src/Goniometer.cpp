@@ -133,7 +133,8 @@ void CGoniometer::drawOverlay(CDrawContext& context) {
 }
 
 void CGoniometer::draw(CDrawContext& context) {
-    guides_.draw(context, getViewSize(), [this](CDrawContext& still) { drawGuides(still); });
+    guides_.drawWithGround(context, *this, getViewSize(),
+                           [this](CDrawContext& still) { drawGuides(still); });
     // The cubic swings beyond the points; the picture ends where full scale does.
     const CRect oldClip = context.getClipRect();
     CRect picture = plotRect();

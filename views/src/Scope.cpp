@@ -107,7 +107,7 @@ void CScope::SetChannelMode(int mode) {
 
 void CScope::SetWheelParameter(Vardo::IPluginParameter* parameter) {
     wheelParameter_ = parameter;
-    wheelRest_ = 0.0F;
+    notches_ = {};
 }
 
 void CScope::onParameterChanged(int /*parameterIndex*/) { applyParameters(true); }
@@ -117,8 +117,10 @@ void CScope::takeTiming() {
     const double period = analyser()->scopeTiming().period(double{tempo}).milliseconds;
     tempo_ = tempo;
     periodMs_ = static_cast<float>(period);
-    renderer_.setSamplesPerColumn(double{analyser()->sampleRate()} * 0.001 * period /
-                                  std::max(1.0, dataRect_.width()));
+    // Of the columns that are there: those of a new period come with the next audio.
+    const bool drewTrace = renderer_.drawsTrace();
+    renderer_.setSamplesPerColumn(analyser()->scopeTable().samplesPerColumn());
+    if (renderer_.drawsTrace() != drewTrace) setDirty(true);
 }
 
 void CScope::onIdle() {

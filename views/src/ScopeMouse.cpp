@@ -20,14 +20,17 @@ void CScope::arm(bool on) {
 
 int CScope::onMouseDown(CPoint where, std::int32_t* buttons) {
     if ((*buttons & Buttons::kLeft) == 0) return IDisplayControl::onMouseDown(where, buttons);
-    if (showSyncLabel_ && syncLabelRect_.contains(where)) {
-        arm(!syncMarkerActive_);
+    if (isOnSyncLabel(where)) {
+        const bool setsBack = (*buttons & Buttons::kControl) != 0; // as on a dial
+        if (setsBack) moveGrid(double{analyser()->scopeTiming().phaseOffsetMs.load()});
+        arm(!syncMarkerActive_ && !setsBack);
         moveMarker(where);
         return kMouseHandledDone;
     }
     if (syncMarkerActive_ && analyser() != nullptr) {
         moveMarker(where);
-        startAtMarker();
+        const double part = std::floor(syncMarkerX_ - dataRect_.left) / dataRect_.width();
+        moveGrid(part * double{periodMs_.load()});
         arm(false);
         return kMouseHandledDone;
     }
@@ -51,34 +54,32 @@ void CScope::moveMarker(CPoint where) {
     setDirty(true);
 }
 
-/// The grid of sync points moves, and until the next one comes, so does what is drawn already.
-void CScope::startAtMarker() {
+/// The sync points move to the right, and until the next one comes, what is drawn already moves as
+/// far to the left.
+void CScope::moveGrid(double milliseconds) {
     Orvel::ScopeTiming& timing = analyser()->scopeTiming();
     Orvel::CScopeDataProvider_Sync& table = analyser()->scopeTable();
     const double period{periodMs_.load()};
-    const double markerMs = std::floor(syncMarkerX_ - dataRect_.left) / dataRect_.width() * period;
 
-    double offset = double{timing.phaseOffsetMs.load()} - markerMs;
+    double offset = double{timing.phaseOffsetMs.load()} - milliseconds;
     while (offset < -period)
         offset += period;
     timing.phaseOffsetMs = static_cast<float>(offset);
 
-    const double columns =
-        markerMs * 0.001 * double{analyser()->sampleRate()} / table.samplesPerColumn();
-    table.setViewOffset(static_cast<float>(
-        std::fmod(double{table.viewOffset()} + columns, double(renderer_.numColumns()))));
+    // By pixels: with no audio coming the columns may still be those of another period.
+    const double columns{double(renderer_.numColumns())};
+    const double shift =
+        std::fmod(double{table.viewOffset()} + milliseconds / period * columns, columns);
+    table.setViewOffset(static_cast<float>(shift < 0.0 ? shift + columns : shift));
 }
 
 bool CScope::onWheel(CPoint /*where*/, float distance, std::int32_t* /*buttons*/) {
     if (wheelParameter_ == nullptr || getFrame() == nullptr || distance == 0.0F) return false;
     double value{wheelParameter_->getValue()};
     if (wheelParameter_->getKind() == Vardo::kInteger) {
-        // Touch pads send parts of a notch.
-        wheelRest_ += distance;
-        const float steps = std::trunc(wheelRest_);
-        if (steps == 0.0F) return true;
-        wheelRest_ -= steps;
-        value -= double{steps};
+        const double steps = notches_.take(double{distance});
+        if (steps == 0.0) return true;
+        value -= steps;
     } else {
         value *= std::pow(kZoomPerNotch, -double{distance});
     }

@@ -183,7 +183,7 @@ void CScope::drawSync(CDrawContext& context) {
 }
 
 void CScope::DrawCursor(CDrawContext& context, CPoint position) {
-    if (!dataRect_.contains(position)) return;
+    if (!dataRect_.contains(position) || isOnSyncLabel(position)) return;
     const CColor gold = colors().main;
     const double x = std::min(std::floor(position.x), dataRect_.right - 1.0);
     const bool twoLanes = channelMode_ == static_cast<int>(Orvel::ScopeChannelMode::leftAndRight);

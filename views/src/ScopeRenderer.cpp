@@ -23,6 +23,7 @@ void CNewScopeRenderer::attach(IScopeDataProvider* provider, int numColumns) {
     incoming_.assign(columns, {});
     ordered_.reserve(columns);
     firstPlace_ = 0;
+    lastReading_.reset();
     upper_.reserve(columns);
     lower_.reserve(columns);
     trace_.reserve(columns);
@@ -34,6 +35,12 @@ ColumnRange CNewScopeRenderer::fetch(double height) {
     ColumnRange changed;
     if (provider_ == nullptr || numColumns_ == 0 || !provider_->TryLock()) return changed;
     const int first = std::clamp(provider_->GetFirstPlace(), 0, numColumns_ - 1);
+    const Reading reading{provider_->GetVersion(), visibleLayers(), first, height};
+    if (reading == lastReading_) { // frozen, or the host stands
+        provider_->Unlock();
+        return changed;
+    }
+    lastReading_ = reading;
     const int before = std::exchange(firstPlace_, first);
     for (int i = 0; i < numLayers(); ++i) {
         ScopeRenderLayer& target = layer(i);
@@ -56,6 +63,14 @@ ColumnRange CNewScopeRenderer::fetch(double height) {
     }
     provider_->Unlock();
     return changed;
+}
+
+/// A bit for each.
+unsigned CNewScopeRenderer::visibleLayers() const {
+    unsigned layers = 0;
+    for (const ScopeRenderLayer& layer : layers_)
+        layers = 2 * layers + (layer.visible ? 1 : 0);
+    return layers;
 }
 
 /// Whether the incoming columns look different from those that the display showed from the place

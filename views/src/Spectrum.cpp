@@ -108,7 +108,9 @@ void CSpectrum::SetFFTSize(int size) {
 }
 
 void CSpectrum::SetNumBands(int count) {
+    if (count == model_.bands().shownCount()) return;
     model_.setNumBands(count);
+    if (waterfallMode_) showFrozenFrame();
     updatePicture();
 }
 
@@ -123,22 +125,28 @@ void CSpectrum::SetDrawPeak(bool on) {
 }
 
 void CSpectrum::SetLinearScale(bool on) {
+    if (on == model_.scale().isLinear()) return;
     model_.setLinearScale(on);
     layOut();
+    if (waterfallMode_ || !lineMode_) showFrozenFrame(); // the line is still there
     updatePicture();
 }
 
 void CSpectrum::SetDrawLine(bool on) {
+    if (on == lineMode_) return;
     lineMode_ = on;
     model_.setLine(on);
+    showFrozenFrame();
     updatePicture();
 }
 
 void CSpectrum::SetWaterfall(bool on) {
+    if (on == waterfallMode_) return;
     if (!on) endDrag();
     waterfallMode_ = on;
     model_.setWaterfall(on);
     setDrawCursor(!on);
+    showFrozenFrame();
     updatePicture();
 }
 
@@ -148,6 +156,7 @@ void CSpectrum::SetProjector(double hz) {
 }
 
 void CSpectrum::SetAnalyzeMode(Orvel::AnalyzeMode mode) {
+    if (mode == model_.analyzeMode()) return;
     model_.setAnalyzeMode(mode);
     updatePicture();
 }
@@ -162,6 +171,8 @@ void CSpectrum::followEngine() {
     const int size = Orvel::SpectrumAnalyser::fftSizeFor(rate, index);
     const bool sameRate = model_.scale().highestHz() == double{rate} * 0.5;
     if (sameRate && size == model_.fftSize()) return;
+    const bool hasPicture = model_.fftSize() != 0;
+    if (hasPicture && isOn(Orvel::kSpectrumFreeze)) return; // it stays as it was measured
     model_.setFormat(double{rate}, size);
     layOut();
     readParameter(Orvel::kSpectrumProjectorFrequency);
@@ -175,9 +186,10 @@ void CSpectrum::followVisibility() {
 void CSpectrum::showVisible(bool visible) {
     shown_ = visible;
     if (analyser() != nullptr) analyser()->display().spectra[view_].setVisible(visible);
+    // Only a frozen picture outlives a change of the page.
+    if (!isOn(Orvel::kSpectrumFreeze)) model_.clear();
     if (!visible) return;
     followEngine();
-    model_.clear();
     updatePicture();
 }
 
@@ -234,10 +246,15 @@ void CSpectrum::askForChanges() {
     });
 }
 
-/// After a change of settings. A frozen frame is shown in the new way at once.
-void CSpectrum::updatePicture() {
-    if (analyser() != nullptr && isOn(Orvel::kSpectrumFreeze))
+/// After a change that left nothing of what is shown: the frame that is frozen appears in the new
+/// form at once.
+void CSpectrum::showFrozenFrame() {
+    if (isOn(Orvel::kSpectrumFreeze))
         model_.advance(double{Orvel::SpectrumModel::kStepMs} * Orvel::SpectrumModel::kMostSteps);
+}
+
+/// After a change of settings.
+void CSpectrum::updatePicture() {
     sameRows_ = 0;
     if (!waterfallMode_) measurePicture();
     updateHighest();
@@ -275,6 +292,7 @@ bool CSpectrum::updateHighest() {
 // ------------------------------------------------------------------------
 
 int CSpectrum::onMouseDown(CPoint where, std::int32_t* buttons) {
+    if (dragActive_) return kMouseHandled;
     const bool turns = waterfallMode_ && analyser() != nullptr && (*buttons & Buttons::kLeft) != 0;
     if (!turns) return IDisplayControl::onMouseDown(where, buttons);
     dragOrigin_ = where;
@@ -289,6 +307,7 @@ int CSpectrum::onMouseDown(CPoint where, std::int32_t* buttons) {
 
 int CSpectrum::onMouseMoved(CPoint where, std::int32_t* buttons) {
     const int answer = IDisplayControl::onMouseMoved(where, buttons);
+    if ((*buttons & Buttons::kLeft) == 0) endDrag(); // let go where nobody told us
     if (!dragActive_ || getFrame() == nullptr) return answer;
     const double value = dragValue_ + (where.x - dragOrigin_.x) * kTurnPerPixel;
     getFrame()->performEdit(&analyser()->parameter(Orvel::kSpectrumRotate),
@@ -299,7 +318,7 @@ int CSpectrum::onMouseMoved(CPoint where, std::int32_t* buttons) {
 
 int CSpectrum::onMouseUp(CPoint where, std::int32_t* buttons) {
     if (!dragActive_) return IDisplayControl::onMouseUp(where, buttons);
-    endDrag();
+    if ((*buttons & Buttons::kLeft) == 0) endDrag();
     return kMouseHandled;
 }
 

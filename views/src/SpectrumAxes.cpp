@@ -34,12 +34,13 @@ void SpectrumAxes::setRoom(const CRect& room, double cornerRadius) {
     foot_.clear();
     addFootedBox(foot_, {room.left, room.bottom - kFootHeight, room.right, room.bottom},
                  cornerRadius, cornerRadius);
-    for (StillPicture* still : {&leftShade_, &frequencies_, &levels_})
+    for (StillPicture* still : {&lines_, &leftShade_, &frequencies_, &levels_})
         still->invalidate();
 }
 
 void SpectrumAxes::setScale(const Orvel::FrequencyScale& scale) {
     grid_.place(scale);
+    lines_.invalidate();
     frequencies_.invalidate();
 }
 
@@ -52,8 +53,12 @@ double SpectrumAxes::frequencyLine(double position) const {
     return room_.left + std::floor(position) + 0.5;
 }
 
-/// Filled boxes of whole pixels look as lines of a broken width on + 0.5 do, and cost a tenth.
-void SpectrumAxes::drawLines(CDrawContext& context) const {
+void SpectrumAxes::drawLines(CDrawContext& context, const CView& view) {
+    lines_.drawWithGround(context, view, room_, [this](CDrawContext& still) { paintLines(still); });
+}
+
+/// Filled boxes of whole pixels look as lines of a broken width on + 0.5 do.
+void SpectrumAxes::paintLines(CDrawContext& context) const {
     const DisplayColors& colors = displayColors();
     const auto row = [&](double y, CColor color) {
         context.setFillColor(color);

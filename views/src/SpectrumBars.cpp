@@ -34,7 +34,7 @@ bool SpectrumBars::update(const Orvel::SpectrumModel& model,
         peak = std::max(peak, band.peak);
         const double right = std::min(x(band.highHz), room.right);
         if (right - left <= kGap) continue; // shares its pixels with the next band
-        next_.push_back({left + kGap, right, y(value), y(peak)});
+        next_.push_back({left + kGap, right, y(value), y(peak), value, peak});
         value = peak = Orvel::kLowestShownDb;
         left = right;
     }
@@ -57,6 +57,13 @@ bool SpectrumBars::update(const Orvel::SpectrumModel& model,
         enter(before.peak, now.peak, kPeakHeight);
     }
     return false;
+}
+
+const SpectrumBars::Bar& SpectrumBars::barAt(double x) const {
+    static constexpr Bar kNone;
+    const auto bar =
+        std::find_if(bars_.begin(), bars_.end(), [x](const Bar& b) { return x < b.right; });
+    return bar != bars_.end() ? *bar : kNone;
 }
 
 void SpectrumBars::drawBars(CDrawContext& context, const SpectrumAxes& axes) {

@@ -65,10 +65,9 @@ void SpectrumCurve::measure(Orvel::AnalyzeMode mode,
                             std::vector<float>& shown,
                             double height,
                             ChangedRows& changes) {
-    // Half a bin up: frequencies that rounding cannot push into the bin below.
     const auto range = [&](int first, int end) {
-        return Orvel::analyzeRange(mode, (first + 0.5) * bins.binHz, (end + 0.5) * bins.binHz,
-                                   bins);
+        return Orvel::analyzeBins(mode, bins.db.data() + first,
+                                  static_cast<std::size_t>(end - first));
     };
     int bin = -2; // whose levels `here` and `there` are
     float here = 0.0F;

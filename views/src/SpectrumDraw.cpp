@@ -63,7 +63,7 @@ void CSpectrum::draw(CDrawContext& context) {
 }
 
 void CSpectrum::drawFlat(CDrawContext& context) {
-    axes_.drawLines(context);
+    axes_.drawLines(context, *this);
     if (lineMode_)
         curve_.drawFill(context, axes_);
     else
@@ -174,29 +174,15 @@ void CSpectrum::DrawLabel(CDrawContext& context) {
     context.drawStringAt(label(), getViewSize().topLeft() + kLabelPlace);
 }
 
-/// Of the column or the bar under the cross, so that what is read is what is seen.
-void CSpectrum::readLevels(double hz, double x, float& peakDb, float& levelDb) const {
-    if (lineMode_) {
-        const int column = static_cast<int>(x);
-        peakDb = curve_.peakAt(column);
-        levelDb = curve_.levelAt(column);
-        return;
-    }
-    for (const Orvel::SpectrumBand& band : model_.bands().shown())
-        if (hz >= double{band.lowHz} && hz <= double{band.highHz}) {
-            peakDb = band.peak;
-            levelDb = band.value;
-        }
-}
-
 void CSpectrum::DrawCursor(CDrawContext& context, CPoint position) {
     const CRect& room = getViewSize();
     const CPoint at{std::floor(position.x) + 0.5, std::floor(position.y) + 0.5};
     const double x = position.x - room.left;
     const double hz = model_.scale().limited(model_.scale().frequencyAt(x));
-    float peak = Orvel::kLowestShownDb;
-    float level = Orvel::kLowestShownDb;
-    readLevels(hz, x, peak, level);
+    // Of the column or the bar under the cross, so that what is read is what is seen.
+    const int column = static_cast<int>(x);
+    const float peak = lineMode_ ? curve_.peakAt(column) : bars_.peakAt(position.x);
+    const float level = lineMode_ ? curve_.levelAt(column) : bars_.levelAt(position.x);
     const std::string lines[] = {numberText(hz, 1) + "Hz (" + noteName(hz) + ")",
                                  "Peak: " + numberText(double{peak}, 1) + "dB",
                                  "Mag: " + numberText(double{level}, 1) + "dB"};

@@ -96,8 +96,12 @@ class COrvelScope final : public Vardo::IPluginBase,
     bool isThreaded() const { return threaded_; }
     /// Switches as the user does it: for this plug-in, and for all that are made later.
     void switchThreading(bool threaded);
-    /// Clears the over counters with the next slice.
-    void resetOvers() { metering_.requestOversReset(); }
+    /// Clears the over counters: those on show at once, those that count with the next slice.
+    void resetOvers() {
+        metering_.requestOversReset();
+        for (MeterDisplay& meter : display_.meters)
+            meter.overs = 0;
+    }
     float sampleRate() const { return sampleRate_; }
     /// Samples of the host's largest block; 0 before it said so.
     int blockSize() const { return blockSize_; }

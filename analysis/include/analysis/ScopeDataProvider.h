@@ -35,6 +35,8 @@ class IScopeDataProvider {
     /// Where on the ring the leftmost column of this reading lies, 0 to the width - 1. A place
     /// keeps its column until the ring comes round: a reader can tell scrolling from change.
     virtual int GetFirstPlace() = 0;
+    /// Another number than at the last reading, unless all columns are as they were then.
+    virtual unsigned GetVersion() = 0;
     /// Copies up to `count` columns from left to right. Gives 1.
     virtual int GetLayerData(int layer, ScopeColumn* destination, int count) = 0;
 
@@ -68,6 +70,7 @@ class CMultiLayerScopeDataProvider : public IScopeDataProvider {
     void ClearLayer(int layer) override;
     void SetNumColumns(int numColumns) override;
     int GetFirstPlace() override;
+    unsigned GetVersion() override { return version_.load(std::memory_order_acquire); }
     int GetLayerData(int layer, ScopeColumn* destination, int count) override;
 
     /// Starts over at the first column; what is drawn stays.
@@ -123,6 +126,7 @@ class CMultiLayerScopeDataProvider : public IScopeDataProvider {
     std::array<Layer, kMaxLayers> layers_;
     Core::Threads::RealtimeGate gate_; // against changes of the width
     int readStart_ = 0;                // reader: writeColumn_ when the reading began
+    std::atomic<unsigned> version_{0}; // counts the changes of columns
 };
 
 } // namespace Sorel

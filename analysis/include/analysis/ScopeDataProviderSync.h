@@ -21,7 +21,8 @@ class CScopeDataProvider_Sync final : public Sorel::CMultiLayerScopeDataProvider
     /// Before each `Process`: samples from its first one to a sync point; negative for none.
     void setSamplesToSync(std::int64_t samples) ORVEL_NONBLOCKING { samplesToSync_ = samples; }
 
-    /// Columns by which the picture is shifted to the left; back to 0 with the next sync point.
+    /// Columns by which the picture is shifted to the left; back to 0 with the next sync point and
+    /// with a change of `setSyncEnabled`.
     void setViewOffset(float columns) { viewOffset_ = columns; }
     float viewOffset() const { return viewOffset_; }
 
@@ -34,6 +35,8 @@ class CScopeDataProvider_Sync final : public Sorel::CMultiLayerScopeDataProvider
     int firstColumn(int writeColumn) override;
     bool restartsHere() ORVEL_NONBLOCKING;
     void restart() ORVEL_NONBLOCKING;
+    void zeroAllLayers() ORVEL_NONBLOCKING;
+    void unshift() ORVEL_NONBLOCKING;
 
     Core::Relaxed<bool> syncEnabled_{false};
     int syncEvery_ = 0;

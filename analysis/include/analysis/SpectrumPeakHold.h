@@ -23,11 +23,12 @@ class SpectrumPeakHold {
     void step(float level, float ms, float& peakDb, float& remainingMs) const noexcept {
         const bool rises = level >= peakDb;
         const bool waits = remainingMs > 0;
-        const float lower = std::max(kLowestShownDb, peakDb - (falls_ ? decay_ * ms : 0.0F));
-        const float later = falls_ && waits ? remainingMs - ms : remainingMs;
-        const float resting = waits ? peakDb : lower;
+        const float passed = falls_ ? ms : 0.0F;
+        const float fallen = std::max(kLowestShownDb, peakDb - decay_ * passed);
+        const float resting = waits ? peakDb : fallen;
+        const float left = remainingMs - (waits ? passed : 0.0F);
         peakDb = rises ? level : resting;
-        remainingMs = rises ? holdMs_ : later;
+        remainingMs = rises ? holdMs_ : left;
     }
 
   private:

@@ -1,6 +1,7 @@
 // The one level that stands for a range of frequencies.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 namespace Orvel {
@@ -18,5 +19,8 @@ struct SpectrumLevels {
 /// energy, or silence would read louder the more bins a range has. At least -72 dB.
 /// Threads: any, while nobody writes the levels.
 float analyzeRange(AnalyzeMode mode, double fromHz, double toHz, SpectrumLevels levels) noexcept;
+
+/// The same of `count` bins that stand at `db`, for callers that know them.
+float analyzeBins(AnalyzeMode mode, const float* db, std::size_t count) noexcept;
 
 } // namespace Orvel

@@ -46,6 +46,9 @@ class IPluginEditor {
     virtual IEditorPicture* picture() { return nullptr; }
     /// Readable when events wait, for hosts that can watch a file descriptor; -1 for none.
     virtual int eventDescriptor() { return -1; }
+    /// Nothing in the window has moved for a second: until an event comes, idle may come less
+    /// often.
+    virtual bool isStill() { return false; }
 };
 
 } // namespace Vardo

@@ -3,6 +3,7 @@
 
 #include "AudioSource.h"
 #include "Keys.h"
+#include "PictureBeat.h"
 #include "PlayDeck.h"
 #include "PluginSetup.h"
 #include "StandardError.h"
@@ -17,9 +18,6 @@
 
 namespace Standalone {
 namespace {
-
-// How long to wait for events before the window gets its time to animate.
-constexpr int kIdleMs = Vardo::IdleList::kDefaultPeriodMs;
 
 Vardo::IPluginEditor& editorOf(Vardo::IPluginBase& plugin) {
     Vardo::IPluginEditor* editor = plugin.getEditor();
@@ -63,10 +61,13 @@ void PlayWindow::run(const volatile std::sig_atomic_t& stop) {
     }
 }
 
-/// Sleeps until something happens in the window, but not longer than the idle period.
+/// Sleeps until something happens in the window, but not longer than until the next picture.
 void PlayWindow::waitForEvents() {
+    const auto now = PictureBeat::Clock::now();
+    const auto due = PictureBeat::next(now, editor_.isStill() ? PictureBeat::kPeriodsWhenStill : 1);
+    const timespec left{0, std::chrono::duration_cast<std::chrono::nanoseconds>(due - now).count()};
     pollfd events{editor_.eventDescriptor(), POLLIN, 0};
-    poll(&events, 1, kIdleMs);
+    ppoll(&events, 1, &left, nullptr);
 }
 
 bool PlayWindow::editorKeyDown(const Vardo::KeyEvent& key) {

@@ -1,24 +1,25 @@
 // Calls for audio as a sound card would, where there is none.
 #include "SilentClock.h"
 
-#include <algorithm>
+#include "PictureBeat.h"
+
 #include <chrono>
+#include <cmath>
 
 namespace Standalone {
 
 namespace {
-constexpr double kSecondsPerCall = 0.0125; // half a picture: what scrolls moves evenly
 // After a longer sleep of the machine the lost time is not made up for.
 constexpr auto kLongestDelay = std::chrono::milliseconds(200);
+constexpr double kSecondsPerCall = std::chrono::duration<double>(PictureBeat::kPeriod).count();
 } // namespace
 
 SilentClock::SilentClock(IAudioClient& client, double sampleRate)
     : client_(client)
-    , sampleRate_(sampleRate)
-    , frames_(std::max(1, static_cast<int>(sampleRate * kSecondsPerCall)))
-    , left_(static_cast<std::size_t>(frames_))
+    , framesPerCall_(sampleRate * kSecondsPerCall)
+    , left_(static_cast<std::size_t>(std::ceil(framesPerCall_)))
     , right_(left_.size()) {
-    client_.prepare(sampleRate_, frames_);
+    client_.prepare(sampleRate, static_cast<int>(left_.size()));
     thread_ = std::thread([this] { run(); });
 }
 
@@ -32,27 +33,23 @@ SilentClock::~SilentClock() {
 }
 
 void SilentClock::run() {
-    using Clock = std::chrono::steady_clock;
+    using Clock = PictureBeat::Clock;
     AudioBlock block;
     block.outputs[0] = left_.data();
     block.outputs[1] = right_.data();
-    block.frames = frames_;
 
-    Clock::time_point start = Clock::now();
-    double played = 0; // frames since start
+    Clock::time_point due = PictureBeat::nextSilentBlock(Clock::now());
+    double owed = 0; // frames: less than one is left for the next call
     std::unique_lock lock(mutex_);
-    while (!stopping_) {
-        const auto due = start + std::chrono::duration_cast<Clock::duration>(
-                                     std::chrono::duration<double>(played / sampleRate_));
-        if (wake_.wait_until(lock, due, [this] { return stopping_; })) break;
-        if (Clock::now() - due > kLongestDelay) {
-            start = Clock::now();
-            played = 0;
-        }
+    while (!wake_.wait_until(lock, due, [this] { return stopping_; })) {
+        if (Clock::now() - due > kLongestDelay) due = PictureBeat::nextSilentBlock(Clock::now());
+        due += PictureBeat::kPeriod;
+        owed += framesPerCall_;
+        block.frames = static_cast<int>(owed);
+        owed -= block.frames;
         lock.unlock();
         client_.process(block);
         lock.lock();
-        played += frames_;
     }
 }
 

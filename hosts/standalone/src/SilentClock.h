@@ -24,8 +24,7 @@ class SilentClock final : public AudioClock {
     void run();
 
     IAudioClient& client_;
-    double sampleRate_;
-    int frames_; ///< in one call
+    double framesPerCall_; ///< on average
     std::vector<float> left_;
     std::vector<float> right_;
 

@@ -122,8 +122,8 @@ TEST_F(DisplaySession, TheRightButtonOpensTheSettingsOfEachDisplay) {
         {0, {500, 200}, 1, kScopeTransientDetection, 4, 2, kScopeChannelMode},
         {0, {900, 400}, 0, kScopeFreeze, 6, 4, kGlobalMeteringMode, 2},
         {1, {500, 200}, 3, kSpectrumLinearFrequencyScale, 5, 1, kSpectrumFFTSize},
-        {2, {600, 150}, 1, kSpectrumDrawLine, 3, 4, kSpectrumNumBands},
-        {2, {300, 410}, 0, kSpectrumFreeze, 6, 1, kSpectrumAnalyzeMode},
+        {2, {600, 150}, 1, kSpectrumDrawLine, 4, 4, kSpectrumNumBands},
+        {2, {300, 410}, 0, kSpectrumFreeze, 7, 1, kSpectrumAnalyzeMode},
     };
     for (const Station& station : kStations) {
         showPage(station.page);

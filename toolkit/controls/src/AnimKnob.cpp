@@ -116,7 +116,6 @@ void Sorel_AnimKnob::changeTo(double value) {
 
 int Sorel_AnimKnob::onMouseUp(CPoint /*where*/, std::int32_t* /*buttons*/) {
     if (!dragging_) return kMouseNotHandled;
-    dragging_ = false;
     endEdit();
     startAnimation(true);
     return kMouseHandled;
@@ -132,13 +131,10 @@ bool Sorel_AnimKnob::hitTest(CPoint where, std::int32_t buttons) const {
 
 bool Sorel_AnimKnob::onWheel(CPoint where, float distance, std::int32_t* buttons) {
     if (!getMouseEnabled() || !getActive() || !hitTest(where, *buttons)) return false;
+    if (dragging_) return true; // one gesture at a time
     double change;
     if (stepped_) {
-        // Whole steps only; what a fine wheel leaves over is kept for its next message.
-        wheelRest_ += double{distance};
-        const double notches = std::trunc(wheelRest_);
-        wheelRest_ -= notches;
-        change = notches / (stepCount_ - 1);
+        change = notches_.take(double{distance}) / (stepCount_ - 1);
     } else {
         const bool fine = (*buttons & Buttons::kShift) != 0;
         change = double{distance * getWheelInc() * (fine ? kFineWheel : 1.0F)};
@@ -154,9 +150,13 @@ bool Sorel_AnimKnob::onWheel(CPoint where, float distance, std::int32_t* buttons
 
 bool Sorel_AnimKnob::checkDefaultValue(std::int32_t buttons) {
     if (!CControl::checkDefaultValue(buttons)) return false;
-    dragging_ = false;
     startAnimation(false);
     return true;
+}
+
+void Sorel_AnimKnob::endEdit() {
+    dragging_ = false;
+    CControl::endEdit();
 }
 
 void Sorel_AnimKnob::startAnimation(bool smooth) {

@@ -66,6 +66,7 @@ bool CControl::checkDefaultValue(std::int32_t buttons) {
 
 void CControl::setParameter(Vardo::IPluginParameter* parameter) {
     if (parameter == parameter_) return;
+    endEdit(); // the gesture was for the old one
     if (CSorelineEditor* editor = getEditor()) editor->removeControl(this);
     parameter_ = parameter;
     enterWithEditor();
@@ -85,6 +86,11 @@ void CControl::readParameter() {
     };
     defaultValue_ = shown(parameter_->getDefaultNormalizedValue());
     value_ = shown(parameter_->getNormalizedValue());
+}
+
+void CControl::setActive(bool state) {
+    if (!state) endEdit();
+    CView::setActive(state);
 }
 
 void CControl::onParameterChanged(int parameterIndex) {

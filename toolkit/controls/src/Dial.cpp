@@ -120,8 +120,14 @@ void CDial::setSteppedByParameter(bool on) {
 }
 
 void CDial::setParameter(Vardo::IPluginParameter* parameter) {
+    if (parameter != getParameter()) giveUpTyping();
     Sorel_AnimKnob::setParameter(parameter);
     startAnimation(true);
+}
+
+void CDial::setActive(bool state) {
+    if (!state) giveUpTyping();
+    Sorel_AnimKnob::setActive(state);
 }
 
 void CDial::onParameterChanged(int parameterIndex) {
@@ -167,6 +173,10 @@ void CDial::openTyping() {
     }
     getFrame()->setFocusView(typing_.get());
     setDirty(true);
+}
+
+void CDial::giveUpTyping() {
+    if (typing_) typing_->finishEditing(false);
 }
 
 void CDial::valueChanged(CControl* control) {

@@ -39,6 +39,14 @@ bool IOSBitmap::setDimensions(std::int32_t newWidth, std::int32_t newHeight) {
     return true;
 }
 
+void IOSBitmap::findOpaque() {
+    const std::uint8_t* const pixels = getPixels();
+    unsigned allAlphas = pixels != nullptr ? 255 : 0;
+    for (std::ptrdiff_t alpha = 3; alpha < byteSize && allAlphas == 255; alpha += 4)
+        allAlphas &= pixels[alpha];
+    isOpaque = allAlphas == 255;
+}
+
 bool CMemoryBitmap::create(std::int32_t newWidth, std::int32_t newHeight) {
     destroy();
     if (!setDimensions(newWidth, newHeight)) return false;

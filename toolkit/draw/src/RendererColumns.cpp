@@ -1,6 +1,8 @@
 // Waveforms and curves: bands and lines of one point a column.
 #include "RendererState.h"
 
+#include <limits>
+
 namespace Sorel {
 
 namespace {
@@ -165,14 +167,23 @@ void CRenderer::columnBand(const CColumnBand& band,
     const auto point = [&](std::size_t c, float y) {
         return CPoint{band.left + static_cast<double>(c) * band.columnWidth, double{y}};
     };
-    const auto contour = [&](std::size_t first, std::size_t length) -> std::span<const CPoint> {
+    // Nobody sees how a foot below `seenTo` runs.
+    const auto contour = [&](std::size_t first, std::size_t length,
+                             float seenTo) -> std::span<const CPoint> {
         s.points.clear();
         for (std::size_t c = first; c < first + length; ++c)
             s.points.push_back(point(c, band.upper[c]));
+        const auto lower = band.lower.subspan(first, length);
+        if (std::all_of(lower.begin(), lower.end(), [&](float y) { return y >= seenTo; })) {
+            s.points.push_back(point(first + length - 1, seenTo));
+            s.points.push_back(point(first, seenTo));
+            return s.points;
+        }
         for (std::size_t c = first + length; c-- > first;)
             s.points.push_back(point(c, band.lower[c]));
         return s.points;
     };
+    constexpr float kEverywhere = std::numeric_limits<float>::infinity();
 
     s.prepareColumns(faded(gradient, s.masterAlpha));
     const bool outlined = outlineWidth > 0.0 && outline.alpha != 0;
@@ -180,13 +191,15 @@ void CRenderer::columnBand(const CColumnBand& band,
              [&](const Block& block) {
                  s.columns.begin(block.area);
                  forRuns(block, isPoint, [&](std::size_t first, std::size_t length) {
-                     addOutline(s.columns, contour(first, length));
+                     addOutline(s.columns,
+                                contour(first, length, static_cast<float>(block.area.bottom)));
                  });
                  s.paintColumns();
                  if (!outlined) return;
                  s.columns.begin(block.area);
                  forRuns(block, isPoint, [&](std::size_t first, std::size_t length) {
-                     addStroke(s.columns, s.shapes, contour(first, length), true, outlineWidth);
+                     addStroke(s.columns, s.shapes, contour(first, length, kEverywhere), true,
+                               outlineWidth);
                  });
                  paintSolid(s.columns, s.surface, s.ink(outline).color);
              });

@@ -52,7 +52,9 @@ void CFrame::repaint(CDrawContext* given) {
         }
         context->resetClipRect();
     }
-    if (!painted.isEmpty() && platformFrame_) platformFrame_->invalidRect(painted);
+    if (painted.isEmpty()) return;
+    lastPaintTime_ = getTicks();
+    if (platformFrame_) platformFrame_->invalidRect(painted);
 }
 
 void CFrame::platformIdle() {

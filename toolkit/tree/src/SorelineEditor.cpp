@@ -11,7 +11,8 @@ namespace Sorel {
 
 namespace {
 constexpr std::uint64_t kHintMs = 1000;
-}
+constexpr std::uint64_t kStillMs = 1000;
+} // namespace
 
 CSorelineEditor::CSorelineEditor(Vardo::IPluginBase* plugin, Vardo::VardoCallback* callback)
     : plugin_(plugin)
@@ -57,6 +58,10 @@ void CSorelineEditor::idleFrame() {
         idling_ = false;
     }
     lock_.leave();
+}
+
+bool CSorelineEditor::isFrameStill() const {
+    return frame_ != nullptr && platform().ticks() > frame_->lastPaintTime() + kStillMs;
 }
 
 void CSorelineEditor::setRect(double width, double height) {

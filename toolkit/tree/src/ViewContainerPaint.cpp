@@ -3,6 +3,7 @@
 #include "tree/Frame.h"
 #include "tree/ViewContainer.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace Sorel {
@@ -31,7 +32,7 @@ void CViewContainer::drawRect(CDrawContext& context, const CRect& updateRect) {
                              .intersected(own);
     if (!update.isEmpty()) {
         context.setClipRect(update);
-        drawBackgroundRect(context, update);
+        if (!isCoveredByChild(update)) drawBackgroundRect(context, update);
         paintChildren(context, update);
     }
     storeDirty(false);
@@ -40,16 +41,47 @@ void CViewContainer::drawRect(CDrawContext& context, const CRect& updateRect) {
     context.setClipRect(oldClip);
 }
 
-void CViewContainer::paintChildren(CDrawContext& context, const CRect& update) {
+void CViewContainer::paintChildren(CDrawContext& context, const CRect& update, const CView* end) {
     // By index: a child that draws may not change the list, but need not crash us if it does.
     for (std::size_t i = 0; i < children_.size(); ++i) {
         CView& child = *children_[i];
+        if (&child == end) return;
         if (!checkUpdateChild(child, update)) continue;
         const CRect part = child.getViewSize().intersected(update);
         if (part.width() == 0.0 || part.height() == 0.0) continue;
         context.setClipRect(part);
         child.drawRect(context, update);
     }
+}
+
+bool CViewContainer::covers(const CRect& rect) const {
+    const CPoint origin = paintOrigin();
+    return getViewSize().contains(rect) && isCoveredByChild(rect.moved(-origin.x, -origin.y));
+}
+
+bool CViewContainer::isCoveredByChild(const CRect& update) const {
+    return std::any_of(children_.begin(), children_.end(), [&](const CView* child) {
+        return checkUpdateChild(*child, update) && child->getViewSize().contains(update) &&
+               child->covers(update);
+    });
+}
+
+void CView::drawGround(CDrawContext& context, const CRect& rect) const {
+    if (CViewContainer* const parent = getParentView()) parent->drawBehind(context, rect, *this);
+}
+
+void CViewContainer::drawBehind(CDrawContext& context, const CRect& rect, const CView& child) {
+    if (CViewContainer* const parent = getParentView()) {
+        const CPoint offset = context.offset();
+        const CPoint origin = paintOrigin();
+        context.setOffset(offset - origin);
+        parent->drawBehind(context, rect.moved(origin), *this);
+        context.setOffset(offset);
+    }
+    const CRect clip = context.getClipRect();
+    drawBackgroundRect(context, rect);
+    paintChildren(context, rect, &child);
+    context.setClipRect(clip);
 }
 
 void CViewContainer::drawBackgroundRect(CDrawContext& context, const CRect& rect) {

@@ -24,6 +24,7 @@ class CGoniometer : public IDisplayControl {
     bool setPoints(const SplineDots::Points& points, float sampleRate);
 
     void draw(CDrawContext& context) override;
+    bool covers(const CRect& rect) const override { return guides_.covers(rect); }
     void onIdle() override;
     void setViewSize(const CRect& rect, bool invalidate = true) override;
     const char* getClassName() const override { return "CGoniometer"; }
@@ -40,7 +41,7 @@ class CGoniometer : public IDisplayControl {
     SplineDots::Points latest_{};
     SplineDots dots_;
     CRect dotsRect_;      // whole pixels around them
-    StillPicture guides_; // below the dots
+    StillPicture guides_; // below the dots, with the ground
     StillPicture diagonals_;
     float sampleRate_ = 44100; ///< Hz
 };

@@ -82,6 +82,7 @@ class COrvelScopeEditor final : public IAnalyserEditor,
     void setHost(Vardo::IEditorHost* host) override { host_ = host; }
     Vardo::IEditorPicture* picture() override { return this; }
     int eventDescriptor() override;
+    bool isStill() override { return isFrameStill(); }
 
     // IAnalyserEditor
     void stateReplaced(int page) override;
@@ -144,7 +145,7 @@ class COrvelScopeEditor final : public IAnalyserEditor,
     EditorSurroundings surroundings_;
     Vardo::IEditorHost* host_ = nullptr;
     std::unique_ptr<Sorel::COffscreenPlatform> memory_;
-    Core::CStringBufferd<128> presetName_{"Default"};
+    Core::CStringBufferd<256> presetName_{"Default"}; // whole: no file's name is longer
     Sorel::CSingleFXPresetInterface presets_;
 
     // While a window is open, and only with a server.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "analysis/AnalyserParameters.h"
+#include "controls/WheelNotches.h"
 #include "core/Relaxed.h"
 #include "views/DisplayControl.h"
 #include "views/ScopeRenderer.h"
@@ -14,7 +15,7 @@ namespace Sorel {
 
 /// Shows the engine's table of columns, one a pixel. Under the mouse it reads levels; the wheel
 /// changes the time shown; where the picture is synchronised to a grid, "Sync" arms a marker, and
-/// the next click makes its place the left edge.
+/// the next click makes its place the left edge. A control click on "Sync" takes that back.
 /// Threads: GUI thread; SetPeriod and SetTempo on any.
 class CScope final : public IDisplayControl {
   public:
@@ -55,9 +56,12 @@ class CScope final : public IDisplayControl {
     void drawSync(CDrawContext& context);
     void drawLaneNames(CDrawContext& context);
 
+    bool isOnSyncLabel(CPoint where) const {
+        return showSyncLabel_ && syncLabelRect_.contains(where);
+    }
     void arm(bool on);
     void moveMarker(CPoint where);
-    void startAtMarker();
+    void moveGrid(double milliseconds);
 
     CStereoScopeRenderer renderer_;
     Core::Relaxed<float> periodMs_{5000.0F};
@@ -76,7 +80,7 @@ class CScope final : public IDisplayControl {
     int channelMode_ = -1;
     StillPicture laneNames_[2];
     Vardo::IPluginParameter* wheelParameter_ = nullptr;
-    float wheelRest_ = 0.0F; // parts of a notch that have not stepped yet
+    WheelNotches notches_;
 };
 
 } // namespace Sorel

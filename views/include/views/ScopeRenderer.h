@@ -6,6 +6,7 @@
 #include "views/ColumnRange.h"
 #include "views/ScopeStrip.h"
 
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -77,11 +78,21 @@ class CNewScopeRenderer {
     ColumnRange clipped(const CDrawContext& context, const CRect& rect, int before, int after);
 
   private:
+    /// What the columns of a reading depend on.
+    struct Reading {
+        unsigned version = 0;
+        unsigned visibleLayers = 0;
+        int firstPlace = 0;
+        double height = 0;
+        friend bool operator==(const Reading&, const Reading&) = default;
+    };
+    unsigned visibleLayers() const;
     bool looksMoved(int index, int first, double height);
 
     IScopeDataProvider* provider_ = nullptr;
     int numColumns_ = 0;
     int firstPlace_ = 0;
+    std::optional<Reading> lastReading_;
     std::vector<ScopeRenderLayer> layers_;
     std::vector<ScopeColumn> incoming_; // from left to right, as is the next
     std::vector<ScopeColumn> ordered_;

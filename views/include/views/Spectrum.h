@@ -19,7 +19,8 @@ namespace Sorel {
 
 /// Every 25 ms a timer takes the newest frame from the engine, moves levels, peaks and rows on, and
 /// asks for a repaint of what changes by that: silence and freeze cost nothing. While it is
-/// hidden the engine hands over nothing; shown again, it starts from -72 dB.
+/// hidden the engine hands over nothing; shown again, it starts from -72 dB, unless it is frozen: a
+/// frozen picture stays, in its own format, until it is let go.
 class CSpectrum final : public IDisplayControl, public CTimerObject {
   public:
     /// `view`: which frames are shown. The one of the spectrum page fills a well with round
@@ -58,6 +59,7 @@ class CSpectrum final : public IDisplayControl, public CTimerObject {
     void DrawCursor(CDrawContext& context, CPoint position) override;
     void onIdle() override { followVisibility(); }
     void onParameterChanged(int parameterIndex) override;
+    bool covers(const CRect& rect) const override { return !waterfallMode_ && axes_.covers(rect); }
     void setVisible(bool state) override;
     void setViewSize(const CRect& rect, bool invalidate = true) override;
     int removed(CViewContainer* parent) override;
@@ -78,6 +80,7 @@ class CSpectrum final : public IDisplayControl, public CTimerObject {
     void layOut();
     void endDrag();
 
+    void showFrozenFrame();
     void updatePicture();
 
     /// True when all of the picture changes; else see changes_.
@@ -95,7 +98,6 @@ class CSpectrum final : public IDisplayControl, public CTimerObject {
     void drawHighest(CDrawContext& context);
     void drawHighestWords(CDrawContext& context);
     void drawProjector(CDrawContext& context) const;
-    void readLevels(double hz, double x, float& peakDb, float& levelDb) const;
 
     Orvel::DisplayRecord::SpectrumView view_;
     Orvel::SpectrumModel model_;

@@ -26,11 +26,15 @@ class SpectrumAxes {
     double levelLine(float db) const;
     double frequencyLine(double position) const;
 
-    void drawLines(CDrawContext& context) const;
+    /// Ground and lines of `view`.
+    void drawLines(CDrawContext& context, const CView& view);
+    /// See CView::covers.
+    bool covers(const CRect& rect) const { return lines_.covers(rect); }
     void drawLeftShade(CDrawContext& context);
     void drawNumbers(CDrawContext& context);
 
   private:
+    void paintLines(CDrawContext& context) const;
     void paintLeftShade(CDrawContext& context, const CRect& shade) const;
     void drawLevels(CDrawContext& context) const;
     void drawFrequencies(CDrawContext& context) const;
@@ -39,6 +43,7 @@ class SpectrumAxes {
     double cornerRadius_ = 0.0;
     FrequencyGrid grid_;
     CPath foot_;
+    StillPicture lines_; // with the ground
     StillPicture leftShade_;
     StillPicture frequencies_;
     StillPicture levels_;

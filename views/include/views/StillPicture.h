@@ -2,6 +2,7 @@
 #pragma once
 
 #include "draw/Bitmap.h"
+#include "tree/View.h"
 
 namespace Sorel {
 
@@ -17,6 +18,23 @@ class StillPicture {
     /// whose corners are whole pixels, is cut.
     template <class Paint>
     void draw(CDrawContext& context, const CRect& rect, Paint paint) {
+        draw(context, rect, nullptr, paint);
+    }
+
+    /// The same with what lies behind `view` in the picture: copied instead of blended.
+    template <class Paint>
+    void drawWithGround(CDrawContext& context, const CView& view, const CRect& rect, Paint paint) {
+        draw(context, rect, &view, paint);
+    }
+
+    /// Whether drawing fills all of `rect`: see CView::covers.
+    bool covers(const CRect& rect) const {
+        return isOpaque_ && picture_ && painted_.contains(rect);
+    }
+
+  private:
+    template <class Paint>
+    void draw(CDrawContext& context, const CRect& rect, const CView* ground, Paint paint) {
         const int width = static_cast<int>(rect.width());
         const int height = static_cast<int>(rect.height());
         if (width <= 0 || height <= 0) return;
@@ -25,13 +43,17 @@ class StillPicture {
             picture_ = Counted<CBitmap>::make(width, height);
             CDrawContext& own = picture_->context();
             own.setOffset({-rect.left, -rect.top});
+            if (ground != nullptr) ground->drawGround(own, rect);
             paint(own);
+            IOSBitmap& surface = picture_->surface();
+            surface.findOpaque();
+            isOpaque_ = surface.isOpaque;
         }
         picture_->draw(context, rect);
     }
 
-  private:
     Counted<CBitmap> picture_;
+    bool isOpaque_ = false;
     CRect painted_;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "controls/Control.h"
+#include "controls/WheelNotches.h"
 #include "draw/Bitmap.h"
 
 namespace Sorel {
@@ -49,6 +50,7 @@ class Sorel_AnimKnob : public CControl {
     /// Not smooth: the picture is at the value at once.
     void startAnimation(bool smooth) override;
     bool checkDefaultValue(std::int32_t buttons) override;
+    void endEdit() override;
     bool isTypeOf(const char* name) const override;
     CView* newCopy() const override { return new Sorel_AnimKnob(*this); }
     const char* getClassName() const override { return "Sorel_AnimKnob"; }
@@ -86,7 +88,7 @@ class Sorel_AnimKnob : public CControl {
     double animatedValue_ = 0.0;
     bool animate_ = true;
     double animationSpeed_ = 0.4;
-    double wheelRest_ = 0.0; // fractions of a notch on a stepped knob
+    WheelNotches notches_; // of a stepped knob
 };
 
 } // namespace Sorel

@@ -63,7 +63,7 @@ class CControl : public CView {
     virtual bool checkDefaultValue(std::int32_t buttons);
 
     // ---- Parameter ---------------------------------------------------------------------------
-    /// Null takes it away. The default value becomes the parameter's.
+    /// Null takes it away. The default value becomes the parameter's. A gesture ends before.
     virtual void setParameter(Vardo::IPluginParameter* parameter);
     Vardo::IPluginParameter* getParameter() const { return parameter_; }
     /// Around a gesture: the host and the listener are told.
@@ -78,6 +78,8 @@ class CControl : public CView {
     virtual void startAnimation(bool /*smooth*/) {}
 
     // CView
+    /// Inactive, a gesture ends.
+    void setActive(bool state) override;
     void onParameterChanged(int parameterIndex) override;
     bool offerModifierClick(std::int32_t buttons) override;
     int attached(CViewContainer* parent) override;

@@ -42,6 +42,7 @@ class CDial : public Sorel_AnimKnob, public CTimerObject, public CControlListene
     void setSteppedByParameter(bool on);
 
     void setParameter(Vardo::IPluginParameter* parameter) override;
+    void setActive(bool state) override;
     void onParameterChanged(int parameterIndex) override;
     void startAnimation(bool smooth) override;
     void draw(CDrawContext& context) override;
@@ -87,6 +88,7 @@ class CDial : public Sorel_AnimKnob, public CTimerObject, public CControlListene
     void clearLayers() { layerCount_ = 0; }
 
   private:
+    void giveUpTyping();
     void drawLayer(CDrawContext& context, Layer& layer, double position) const;
     void drawDimmedPointer(CDrawContext& context) const;
     void drawTexts(CDrawContext& context) const;

@@ -18,6 +18,8 @@ class IOSBitmap {
     std::int32_t stride = 0;
     /// Known to have no pixel that lets anything through; whoever changes pixels says so.
     bool isOpaque = false;
+    /// Looks at all pixels and sets `isOpaque`.
+    void findOpaque();
 
     /// Larger pictures are refused; a hostile file must not make us take all memory.
     static constexpr std::int32_t kMaxSide = 32767;

@@ -35,6 +35,8 @@ class CFrame : public CViewContainer, public IFrameEvents {
     void doIdle();
     /// Milliseconds.
     std::uint64_t getTicks() const;
+    /// In ticks: when something was last painted.
+    std::uint64_t lastPaintTime() const { return lastPaintTime_; }
     bool getPosition(double* x, double* y);
     bool setSize(double width, double height);
     bool getSize(CRect* rect);
@@ -127,6 +129,7 @@ class CFrame : public CViewContainer, public IFrameEvents {
     std::unique_ptr<IOSBitmap> backBuffer_;
     CRenderer renderer_;
     Counted<CDrawContext> drawContext_;
+    std::uint64_t lastPaintTime_ = 0;
     CDirtyRectHelper frontDirtyRects_;
     CDirtyRectHelper backDirtyRects_;
     Counted<IFrame> platformFrame_;

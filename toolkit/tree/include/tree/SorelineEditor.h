@@ -38,6 +38,8 @@ class CSorelineEditor : public Vardo::ParameterChangeListener {
     CFrame* frame() const { return frame_; }
     /// Timers, events, views, repaint. Skipped when a call is under way.
     void idleFrame();
+    /// Nothing was painted for a second.
+    bool isFrameStill() const;
     const CRect& getRect() const { return rect_; }
     /// Pixels of the frame.
     void setRect(double width, double height);

@@ -46,6 +46,12 @@ class CView : public CBaseObject, public IDrawOwner {
     virtual void draw(CDrawContext& context);
     /// `updateRect` is the part that must be drawn, in the coordinates of the parent.
     virtual void drawRect(CDrawContext& context, const CRect& updateRect);
+    /// True when drawing fills all of `rect` (coordinates of the parent) whatever lies behind it:
+    /// what lies behind is then not painted.
+    virtual bool covers(const CRect& /*rect*/) const { return false; }
+    /// Paints what lies behind `rect`: of all containers that the view is in the background and
+    /// the children before it.
+    void drawGround(CDrawContext& context, const CRect& rect) const;
     virtual bool checkUpdate(const CRect& updateRect) const { return size_.touches(updateRect); }
     virtual bool isDirty() const { return dirty_; }
     /// True asks the frame to paint the view's visible part again, if anybody can see it.

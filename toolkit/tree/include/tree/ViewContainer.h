@@ -48,6 +48,8 @@ class CViewContainer : public CView {
     virtual void setBackgroundOffset(CPoint point) { backgroundOffset_ = point; }
     CPoint getBackgroundOffset() const { return backgroundOffset_; }
     virtual void drawBackgroundRect(CDrawContext& context, const CRect& rect);
+    /// What lies behind `rect` of `child`, in inside coordinates.
+    void drawBehind(CDrawContext& context, const CRect& rect, const CView& child);
     virtual void setClipMode(bool state) { clipMode_ = state; }
 
     // ---- Everything below as in CView, for the children -----------------------------------------
@@ -67,6 +69,7 @@ class CViewContainer : public CView {
     void draw(CDrawContext& context) override;
     void drawRect(CDrawContext& context, const CRect& updateRect) override;
     bool isDirty() const override;
+    bool covers(const CRect& rect) const override;
     void setVisible(bool state) override;
     void setViewSize(const CRect& rect, bool invalidate = true) override;
     int onMouseDown(CPoint where, std::int32_t* buttons) override;
@@ -117,7 +120,9 @@ class CViewContainer : public CView {
     bool takesMouse(const CView& child, CPoint where, std::int32_t buttons) const;
     void updateMouseOver(CPoint insideWhere, std::int32_t* buttons);
     void trackDrag(CDragContainer& drag, CPoint where, DragStep step);
-    void paintChildren(CDrawContext& context, const CRect& update);
+    /// Up to, but not including, `end`.
+    void paintChildren(CDrawContext& context, const CRect& update, const CView* end = nullptr);
+    bool isCoveredByChild(const CRect& update) const;
 
     std::vector<CView*> children_; // one reference each
     CView* mouseOverView_ = nullptr;
