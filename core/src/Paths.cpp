@@ -18,26 +18,33 @@ std::string withSlash(std::string path) {
     return path;
 }
 
-std::string makeDefaultLocation() {
+std::string storedLocation() {
+    std::array<char, kSettingBufferSize> setting{};
+    readSetting(settingsPath(), kContentLocation, setting.data(), nullptr);
+    return withSlash(setting.data());
+}
+
+std::string defaultLocation() {
     std::array<char, kPathBufferSize> documents{};
     if (!getSpecialFolder(kDocumentsFolder, documents.data())) return {};
     std::string location = std::string(documents.data()) + kContentFolder;
-    if (location.size() > kMaxSettingLength) return {};
-    createFolders(location, Access::usual);
-    setContentLocation(location.c_str());
-    return location;
+    return location.size() > kMaxSettingLength ? std::string() : location;
 }
 } // namespace
 
 const char* getContentLocation() {
     static std::array<char, kPathBufferSize> buffer{};
-    std::array<char, kSettingBufferSize> setting{};
-    readSetting(settingsPath(), kContentLocation, setting.data(), nullptr);
-
-    std::string location = setting.data();
-    location = location.empty() ? makeDefaultLocation() : withSlash(std::move(location));
+    std::string location = storedLocation();
+    if (location.empty()) location = defaultLocation();
     std::memcpy(buffer.data(), location.c_str(), location.size() + 1);
     return buffer.data();
+}
+
+bool makeContentLocation() {
+    const std::string location = getContentLocation();
+    if (location.empty() || !createFolders(location, Access::usual)) return false;
+    if (storedLocation().empty()) setContentLocation(location.c_str());
+    return true;
 }
 
 bool setContentLocation(const char* path) {

@@ -172,17 +172,25 @@ void CPresetBrowser::setHovered(Part part) {
 
 // ---- Stepping, menu ----------------------------------------------------------------------------
 
+/// The current preset, or one that an arrow reached and could not read: the next step goes past it.
+int CPresetBrowser::stepsFrom() const {
+    for (int i = 0; i < presets_.GetPresetCount(); ++i)
+        if (presets_.GetPresetEntry(i)->path == unreadable_) return i;
+    return presets_.GetCurrentPresetIndex();
+}
+
 void CPresetBrowser::step(int direction) {
     presets_.RescanPresets();
     const std::vector<int> order = presetsInMenuOrder(presets_);
     if (order.empty()) return;
     const int count = static_cast<int>(order.size());
-    const auto current =
-        std::find(order.begin(), order.end(), presets_.GetCurrentPresetIndex()) - order.begin();
-    int place = static_cast<int>(current);
+    const auto from = std::find(order.begin(), order.end(), stepsFrom());
+    int place = static_cast<int>(from - order.begin());
     if (place == count)
         place = direction > 0 ? count - 1 : 0; // none: begin at the end one comes to
-    select(order[static_cast<std::size_t>((place + direction + count) % count)]);
+    const int reached = order[static_cast<std::size_t>((place + direction + count) % count)];
+    const std::string path = presets_.GetPresetEntry(reached)->path;
+    unreadable_ = select(reached) ? "" : path;
 }
 
 void CPresetBrowser::openMenu() {

@@ -1,9 +1,9 @@
 // What the items of the preset browser's menu do.
 #include "PresetMenu.h"
-#include "PresetMessages.h"
 #include "controls/FileSelector.h"
 #include "core/Paths.h"
 #include "presets/PresetBrowser.h"
+#include "presets/PresetMessages.h"
 #include "tree/Frame.h"
 
 #include <utility>
@@ -11,6 +11,7 @@
 namespace Sorel {
 
 void CPresetBrowser::chosen(std::int32_t tag) {
+    unreadable_.clear();
     if (tag >= kFirstPresetTag) {
         select(tag - kFirstPresetTag);
         return;
@@ -34,7 +35,10 @@ void CPresetBrowser::chosen(std::int32_t tag) {
     }
 }
 
-void CPresetBrowser::complain(const std::string& text) { PresetMessages::tell(this, text); }
+void CPresetBrowser::complain(const std::string& text) {
+    pressed_ = Part::kNone; // the message has the mouse now
+    PresetMessages::tell(this, text);
+}
 
 /// Goes on with `next`, unless the browser has left its window meanwhile.
 PresetContinuation CPresetBrowser::whileInWindow(void (CPresetBrowser::*next)(bool)) {
@@ -45,10 +49,17 @@ PresetContinuation CPresetBrowser::whileInWindow(void (CPresetBrowser::*next)(bo
 
 // ---- Choosing a preset -------------------------------------------------------------------------
 
-void CPresetBrowser::select(int index) {
-    // A file that is gone changes nothing, and so nothing new is shown.
-    if (presets_.SelectPreset(index)) showPreset(index);
+bool CPresetBrowser::select(int index) {
+    const PresetEntry* entry = presets_.GetPresetEntry(index);
+    if (entry == nullptr) return false;
+    const std::string path = entry->path;
+    const bool selected = presets_.SelectPreset(index);
+    if (selected)
+        showPreset(index);
+    else
+        complain("This preset cannot be read.\n" + path);
     setDirty(true);
+    return selected;
 }
 
 /// The file's own name wins over the one inside it.
@@ -71,7 +82,8 @@ void CPresetBrowser::save() {
                                                   : std::string(presets_.GetPresetFolder());
     const std::string& extension = presets_.GetFileType().extension;
     const std::string plain(withoutPresetExtension(name, extension));
-    const PresetNameProblem problem = presetNameProblem(plain, extension);
+    const PresetNameProblem problem = presets_.FindNameProblem(folder, plain);
+    if (problem == PresetNameProblem::kDefault) return saveAs(); // the settings have no name yet
     if (problem != PresetNameProblem::kNone) return complain(presetNameMessage(problem));
     saveTo(folder + plain + "." + extension, plain);
 }
@@ -97,7 +109,8 @@ void CPresetBrowser::saveChosenFile(const FileDialogAnswer& answer) {
     const std::string path =
         presetPath(answer.paths.front(), PresetPlace::kComplete, "", extension);
     const std::string name(presetBaseName(path));
-    const PresetNameProblem problem = presetNameProblem(name, extension);
+    const PresetNameProblem problem =
+        presets_.FindNameProblem(std::string(presetFolderPart(path)), name);
     if (problem != PresetNameProblem::kNone) return complain(presetNameMessage(problem));
     saveTo(path, name);
 }
@@ -106,11 +119,14 @@ void CPresetBrowser::saveChosenFile(const FileDialogAnswer& answer) {
 void CPresetBrowser::saveTo(const std::string& path, const std::string& name) {
     const auto go = [self = Counted<CPresetBrowser>(this), path, name](bool yes) {
         if (!yes || !self->isAttached()) return;
-        self->presets_.SetPresetName(name.c_str());
+        IPresetBrowserInterface& presets = self->presets_;
+        if (!presets.SavePreset(path.c_str(), PresetPlace::kComplete))
+            return self->complain("Some error occurred while saving Preset!\n" + path);
+        presets.SetPresetName(name.c_str());
         self->setText(name.c_str());
-        if (!self->presets_.SavePreset(path.c_str(), PresetPlace::kComplete))
-            self->complain("Some error occurred while saving Preset!\n" + path);
-        self->presets_.SelectPresetByName(path.c_str(), PresetPlace::kComplete);
+        // What is saved where the list does not reach is no entry, and neither is the old one then.
+        presets.SelectPresetByName(nullptr, PresetPlace::kComplete);
+        presets.SelectPresetByName(path.c_str(), PresetPlace::kComplete);
     };
     presets_.ConfirmOverwrite(path.c_str(), PresetPlace::kComplete, this, go);
 }
@@ -143,8 +159,10 @@ void CPresetBrowser::finishTyping() {
 }
 
 void CPresetBrowser::rename(const std::string& name) {
-    const std::string& extension = presets_.GetFileType().extension;
-    const std::string plain(withoutPresetExtension(name, extension));
+    const PresetEntry* current = presets_.GetPresetEntry(presets_.GetCurrentPresetIndex());
+    if (current == nullptr) return;
+    const std::string folder(presetFolderPart(current->path));
+    const std::string plain(withoutPresetExtension(name, presets_.GetFileType().extension));
     switch (presets_.RenameCurrentPreset(name.c_str())) {
     case RenameResult::kDone:
         setText(plain.c_str());
@@ -153,7 +171,7 @@ void CPresetBrowser::rename(const std::string& name) {
     case RenameResult::kNoPreset:
         break;
     case RenameResult::kNameRefused:
-        complain(presetNameMessage(presetNameProblem(plain, extension)));
+        complain(presetNameMessage(presets_.FindNameProblem(folder, plain)));
         break;
     case RenameResult::kExists:
         complain("A preset \"" + plain + "\" exists already.\nThe preset keeps its name.");

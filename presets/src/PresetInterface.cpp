@@ -1,7 +1,7 @@
 #include "presets/PresetInterface.h"
 
-#include "PresetMessages.h"
 #include "presets/PresetBrowser.h"
+#include "presets/PresetMessages.h"
 
 #include <filesystem>
 #include <utility>
@@ -48,12 +48,21 @@ std::string CPresetInterface::pathFor(const char* text, PresetPlace place) {
 int CPresetInterface::indexOf(const std::string& path) const {
     for (int i = 0; i < GetPresetCount(); ++i)
         if (GetPresetEntry(i)->path == path) return i;
+    // A dialog may have gone another way to the same file, past a link to a folder.
+    std::error_code error;
+    for (int i = 0; i < GetPresetCount(); ++i)
+        if (fs::equivalent(GetPresetEntry(i)->path, path, error)) return i;
     return -1;
 }
 
 void CPresetInterface::AddPresetFile(const char* folder, const char* fileName, bool inSubFolder) {
     auto entry = presetEntryFor(folder, fileName, inSubFolder, GetFileType().extension);
     if (entry) entries_.push_back(std::move(*entry));
+}
+
+PresetNameProblem CPresetInterface::FindNameProblem(const std::string& /*folder*/,
+                                                    const std::string& name) {
+    return presetNameProblem(name, GetFileType().extension);
 }
 
 void CPresetInterface::RescanPresets() {
@@ -88,13 +97,14 @@ RenameResult CPresetInterface::RenameCurrentPreset(const char* newName) {
     const PresetEntry* current = GetPresetEntry(currentIndex_);
     if (current == nullptr || newName == nullptr) return RenameResult::kNoPreset;
     const std::string& extension = GetFileType().extension;
-    const std::string_view name = withoutPresetExtension(newName, extension);
-    if (presetNameProblem(name, extension) != PresetNameProblem::kNone)
+    const std::string name(withoutPresetExtension(newName, extension));
+    const std::string from = current->path;
+    const std::string folder(presetFolderPart(from));
+    if (FindNameProblem(folder, name) != PresetNameProblem::kNone)
         return RenameResult::kNameRefused;
 
-    const std::string from = current->path;
-    std::string to(presetFolderPart(from));
-    (to += name) += presetExtension(from);
+    std::string to = folder + name;
+    to += presetExtension(from);
     const RenameResult result = renameWithoutReplacing(from, to);
     if (result == RenameResult::kDone)
         SelectPresetByName(to.c_str(), PresetPlace::kComplete);

@@ -29,7 +29,8 @@ void addCommands(COptionMenu& menu, const IPresetBrowserInterface& presets) {
     if ((features & kOffersGoToFolder) != 0)
         addCommand(menu, "Go to Preset folder", PresetCommand::kGoToFolder);
     if ((features & kOffersRestore) != 0)
-        addCommand(menu, "Restore Factory Presets", PresetCommand::kRestore);
+        addCommand(menu, "Restore Factory Presets", PresetCommand::kRestore)
+            ->setEnabled(presets.HasFactoryPresets());
     if ((features & (kOffersGoToFolder | kOffersRestore)) != 0) addSeparator(menu);
     if ((features & kOffersDefault) != 0) {
         addCommand(menu, "Default Settings", PresetCommand::kDefault);

@@ -78,6 +78,9 @@ const char* presetNameMessage(PresetNameProblem problem) {
         return "The name of a preset cannot contain control characters.";
     case PresetNameProblem::kExtension:
         return "The name of a preset cannot contain the extension of its file.";
+    case PresetNameProblem::kDefault:
+        return "\"Default\" is what the default settings are called.\n"
+               "A preset needs another name.";
     }
     return "";
 }

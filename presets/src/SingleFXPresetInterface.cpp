@@ -1,12 +1,12 @@
 #include "presets/SingleFXPresetInterface.h"
 
-#include "PresetMessages.h"
 #include "core/AtomicFile.h"
 #include "core/Paths.h"
 #include "draw/ResourceArchive.h"
 #include "frame/PluginBase.h"
 #include "frame/PluginParameter.h"
 #include "presets/PresetBrowser.h"
+#include "presets/PresetMessages.h"
 
 #include <filesystem>
 #include <string_view>
@@ -26,6 +26,13 @@ bool staysInside(const fs::path& relative) {
     for (const fs::path& part : relative)
         if (part == "..") return false;
     return true;
+}
+
+/// Where a factory preset goes, seen from the preset folder; empty for any other entry.
+fs::path factoryPresetPath(std::string_view entry) {
+    if (!entry.starts_with(kFactoryPrefix)) return {};
+    const fs::path relative = entry.substr(kFactoryPrefix.size());
+    return staysInside(relative) ? relative : fs::path();
 }
 } // namespace
 
@@ -68,22 +75,24 @@ void CSingleFXPresetInterface::showStoredName() {
 // ---- Folder ------------------------------------------------------------------------------------
 
 const char* CSingleFXPresetInterface::GetPresetFolder() {
-    if (!folderKnown_) SetPresetFolder(Core::getContentLocation());
+    if (!folderGiven_) CPresetInterface::SetPresetFolder(Core::getContentLocation());
     return CPresetInterface::GetPresetFolder();
 }
 
 void CSingleFXPresetInterface::SetPresetFolder(const char* folder) {
-    folderKnown_ = true;
+    folderGiven_ = true;
     CPresetInterface::SetPresetFolder(folder);
 }
 
-void CSingleFXPresetInterface::UpdatePresetFolder() {
-    SetPresetFolder(Core::getContentLocation());
-    RescanPresets(); // which makes the folder
+void CSingleFXPresetInterface::RescanPresets() {
+    if (!folderGiven_) Core::makeContentLocation();
+    CPresetInterface::RescanPresets();
 }
 
 void CSingleFXPresetInterface::Notify(CBaseObject* /*sender*/, const char* message) {
-    if (message == kNotifyPresetFolderChanged) UpdatePresetFolder();
+    if (message != kNotifyPresetFolderChanged) return;
+    folderGiven_ = false;
+    RescanPresets();
 }
 
 void CSingleFXPresetInterface::AddPresetFile(const char* folder,
@@ -91,6 +100,15 @@ void CSingleFXPresetInterface::AddPresetFile(const char* folder,
                                              bool inSubFolder) {
     if (!inSubFolder && presetBaseName(fileName) == kHiddenPreset) return;
     CPresetInterface::AddPresetFile(folder, fileName, inSubFolder);
+}
+
+PresetNameProblem CSingleFXPresetInterface::FindNameProblem(const std::string& folder,
+                                                            const std::string& name) {
+    std::error_code error; // a folder that is missing is compared by its name
+    if (name == kHiddenPreset &&
+        (folder == GetPresetFolder() || fs::equivalent(folder, GetPresetFolder(), error)))
+        return PresetNameProblem::kDefault;
+    return CPresetInterface::FindNameProblem(folder, name);
 }
 
 // ---- Loading and saving ------------------------------------------------------------------------
@@ -102,9 +120,10 @@ bool CSingleFXPresetInterface::LoadPresetFile(const char* path) {
 }
 
 bool CSingleFXPresetInterface::SelectPreset(int index) {
-    setCurrentIndex(index);
     const PresetEntry* entry = GetPresetEntry(index);
-    return entry != nullptr && LoadPresetFile(std::string(entry->path).c_str());
+    if (entry != nullptr && !LoadPresetFile(std::string(entry->path).c_str())) return false;
+    setCurrentIndex(entry != nullptr ? index : -1);
+    return entry != nullptr;
 }
 
 bool CSingleFXPresetInterface::SavePreset(const char* text, PresetPlace place) {
@@ -143,16 +162,24 @@ void CSingleFXPresetInterface::RestoreFactoryPresets(CView* view, PresetContinua
                         });
 }
 
+bool CSingleFXPresetInterface::HasFactoryPresets() const {
+    CResourceArchive& archive = CResourceArchive::instance();
+    archive.open(factoryArchive_.data(), factoryArchive_.size());
+    bool any = false;
+    for (std::size_t i = 0; i < archive.count(); ++i)
+        any |= !factoryPresetPath(archive.entryName(i)).empty();
+    archive.close();
+    return any;
+}
+
 bool CSingleFXPresetInterface::writeFactoryPresets() {
     CResourceArchive& archive = CResourceArchive::instance();
     if (!archive.open(factoryArchive_.data(), factoryArchive_.size()))
         return factoryArchive_.empty();
     bool complete = true;
     for (std::size_t i = 0; i < archive.count(); ++i) {
-        const std::string_view name = archive.entryName(i);
-        if (!name.starts_with(kFactoryPrefix)) continue;
-        const fs::path relative = name.substr(kFactoryPrefix.size());
-        if (!staysInside(relative)) continue;
+        const fs::path relative = factoryPresetPath(archive.entryName(i));
+        if (relative.empty()) continue;
         const fs::path target = fs::path(GetPresetFolder()) / relative;
         std::error_code error;
         fs::create_directories(target.parent_path(), error);

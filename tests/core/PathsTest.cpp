@@ -66,6 +66,9 @@ TEST_F(Paths, ContentLocationIsMadeOnceAndKept) {
     setUserDirs("XDG_DOCUMENTS_DIR=\"$HOME/Documents\"");
     const std::string location = home("Documents/Quillmere/Orvel Scope/");
     EXPECT_EQ(Core::getContentLocation(), location);
+    EXPECT_FALSE(fs::exists(location)) << "asking leaves no traces";
+    EXPECT_FALSE(fs::exists(folder / "config/QUILLMERE"));
+    EXPECT_TRUE(Core::makeContentLocation());
     EXPECT_TRUE(fs::is_directory(location));
     setUserDirs("XDG_DOCUMENTS_DIR=\"$HOME/Elsewhere\"");
     EXPECT_EQ(Core::getContentLocation(), location) << "remembered";
@@ -84,7 +87,9 @@ TEST_F(Paths, ContentLocationIsMadeOnceAndKept) {
     write(folder / "config/QUILLMERE/Orvel Scope.conf", "ContentLocation =\n");
     EXPECT_EQ(Core::getContentLocation(), home("Elsewhere/Quillmere/Orvel Scope/"));
 
+    EXPECT_TRUE(Core::setContentLocation((folder / "file").c_str()));
     write(folder / "file", ""); // nothing can be kept there
+    EXPECT_FALSE(Core::makeContentLocation());
     setVariable("XDG_CONFIG_HOME", (folder / "file").c_str());
     EXPECT_EQ(Core::getContentLocation(), home("Quillmere/Orvel Scope/"));
 }

@@ -20,6 +20,9 @@ TEST(Strings, CutToTheCapacityAndAlwaysEnded) {
     EXPECT_STREQ(text.c_str(), "");
     EXPECT_EQ(text.compare(nullptr), 0);
 
+    text.assign("abc\xC3\xA4"); // the fourth byte is half a character
+    EXPECT_STREQ(text.c_str(), "abc");
+
     CStringBufferd<1> none;
     none.assign("a");
     EXPECT_STREQ(none.c_str(), "");

@@ -224,10 +224,86 @@ TEST_F(PresetBrowserTest, ASaveThatFailsSaysSoAndKeepsTheOldFile) {
     ASSERT_TRUE(choose("Save Preset as.."));
     EXPECT_TRUE(answer(true));
     EXPECT_EQ(content("file"), "in the way");
+    EXPECT_EQ(shown(), "a");
     presets_.SetPresetName(std::string(250, 'n').c_str()); // longer than a file's may be
     ASSERT_TRUE(choose("Save Preset"));
     EXPECT_TRUE(answer(true));
     EXPECT_FALSE(isAsked());
+}
+
+TEST_F(PresetBrowserTest, WhatWasSavedIsCurrentHoweverItWasReached) {
+    add("real/a.fxPreset");
+    fs::create_directory_symlink("real", folder_ / "link");
+    const fs::path real = folder_ / "real";
+    folder_ /= "link";
+    openBrowser();
+    next();
+    platform_.setFileDialogAnswer({{(real / "new").string()}, ""});
+    ASSERT_TRUE(choose("Save Preset as.."));
+    rename("renamed");
+    EXPECT_TRUE(exists("a.fxPreset") && exists("renamed.fxPreset") && !exists("new.fxPreset"));
+    // Where the list does not reach there is nothing to rename or delete.
+    platform_.setFileDialogAnswer({{(real / "x/y/deep").string()}, ""});
+    ASSERT_TRUE(choose("Save Preset as.."));
+    EXPECT_EQ(shown(), "deep");
+    EXPECT_FALSE(choose("Delete Preset"));
+    folder_ = real.parent_path();
+}
+
+TEST_F(PresetBrowserTest, DefaultIsNoPreset) {
+    add("Mix/a.fxPreset");
+    add("b.fxPreset");
+    openBrowser();
+    platform_.setFileDialogAnswer({{(folder_ / "Default").string()}, ""});
+    ASSERT_TRUE(choose("Save Preset"));
+    EXPECT_EQ(platform_.lastFileDialog().title, "Save Preset as...");
+    EXPECT_TRUE(answer(true)); // the name is refused
+    EXPECT_FALSE(exists("Default.fxPreset"));
+    next();
+    rename("Default"); // the list shows it there
+    EXPECT_TRUE(exists("Mix/Default.fxPreset"));
+    next();
+    rename("Default");
+    EXPECT_TRUE(answer(true));
+    EXPECT_TRUE(exists("b.fxPreset"));
+    EXPECT_EQ(shown(), "b");
+}
+
+TEST_F(PresetBrowserTest, APresetThatCannotBeReadIsToldOfAndPassed) {
+    for (const char* file : {"a.fxPreset", "b.fxPreset", "c.fxPreset"})
+        add(file);
+    openBrowser();
+    next();
+    previous(), previous(); // "b", with "a" before it
+    fs::permissions(folder_ / "a.fxPreset", fs::perms::none);
+    const WithoutRights user(folder_);
+    previous();
+    EXPECT_TRUE(answer(true));
+    EXPECT_EQ(shown(), "b");
+    EXPECT_STREQ(presets_.GetPresetName(presets_.GetCurrentPresetIndex()), "b");
+    previous();
+    EXPECT_EQ(shown(), "c");
+}
+
+TEST_F(PresetBrowserTest, QuestionsWaitForTheirTurn) {
+    add("a.fxPreset");
+    openBrowser();
+    platform_.setFileDialogAnswer({{(folder_ / "a").string()}, ""});
+    const auto saveAsMeanwhile = [this] {
+        window().click({100.0, 23.0});
+        idle();
+        ASSERT_TRUE(window().chooseMenuItem("Save Preset as.."));
+        CMessageBox::show(frame(), "Other", "", {"OK"}, {});
+        idle(), idle();
+    };
+    saveAsMeanwhile();
+    EXPECT_TRUE(answer(true)); // the other one
+    EXPECT_TRUE(answer(true));
+    EXPECT_EQ(content("a.fxPreset"), presetFile("a", "start"));
+    plugin_.state = "changed";
+    saveAsMeanwhile();
+    editor_->closeFrame(); // with both
+    EXPECT_EQ(content("a.fxPreset"), presetFile("a", "start"));
 }
 
 TEST_F(PresetBrowserTest, RenamingMovesTheFileAndNeverReplacesOne) {

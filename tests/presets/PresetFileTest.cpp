@@ -102,6 +102,16 @@ TEST_F(PresetFileTest, AFullDiskKeepsTheOldFile) {
     EXPECT_EQ(entriesIn(folder), 2); // with "home": nothing is left behind
 }
 
+TEST_F(PresetFileTest, AProtectedFileIsKept) {
+    const auto path = folder / "a.fxPreset";
+    ASSERT_TRUE(file.Save(&plugin, path.c_str()));
+    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+    plugin.state = "changed";
+    const WithoutRights user(folder);
+    EXPECT_FALSE(file.Save(&plugin, path.c_str()));
+    EXPECT_EQ(read(path), presetFile("a", "start"));
+}
+
 TEST_F(PresetFileTest, BlocksComeBackWhole) {
     const std::string path = folder / "block";
     file.WriteBlock(path.c_str(), "12345", 5);

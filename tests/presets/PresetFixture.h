@@ -7,6 +7,8 @@
 #include "frame/PluginBase.h"
 #include "presets/SingleFXPresetInterface.h"
 
+#include <unistd.h>
+
 #include <string>
 #include <vector>
 
@@ -47,6 +49,24 @@ class TextPlugin : public Vardo::IPluginBase, public IPresetNameStore {
     std::string state = "start";
     std::string name = "Default";
     int loads = 0;
+};
+
+/// Without the rights of root, for whom no file is protected; `folder` and what is in it are given
+/// away for that.
+class WithoutRights {
+  public:
+    explicit WithoutRights(const std::filesystem::path& folder) {
+        if (geteuid() != 0) return;
+        EXPECT_EQ(chown(folder.c_str(), kNobody, kNobody), 0);
+        for (const auto& item : std::filesystem::recursive_directory_iterator(folder))
+            EXPECT_EQ(chown(item.path().c_str(), kNobody, kNobody), 0);
+        EXPECT_EQ(seteuid(kNobody), 0);
+    }
+    ~WithoutRights() { EXPECT_EQ(seteuid(before_), 0); }
+
+  private:
+    static constexpr uid_t kNobody = 65534;
+    uid_t before_ = geteuid();
 };
 
 /// A preset file, byte by byte.

@@ -134,16 +134,23 @@ TEST_F(PresetListTest, TheContentFolderIsMadeByUseAlone) {
     CSingleFXPresetInterface fresh(&plugin);
     EXPECT_EQ(entriesIn(folder / "home"), 0);
     EXPECT_FALSE(std::filesystem::exists(folder / "config"));
+    EXPECT_EQ(std::string(fresh.GetPresetFolder()), Core::getContentLocation());
+    EXPECT_FALSE(std::filesystem::exists(fresh.GetPresetFolder()));
     fresh.RescanPresets();
     EXPECT_TRUE(std::filesystem::is_directory(fresh.GetPresetFolder()));
-    EXPECT_EQ(std::string(fresh.GetPresetFolder()), Core::getContentLocation());
+    EXPECT_TRUE(std::filesystem::exists(folder / "config"));
 
     add("there.fxPreset");
-    Core::setContentLocation(path("").c_str());
+    Core::setContentLocation(path("").c_str()); // as another instance does
+    EXPECT_EQ(fresh.GetPresetFolder(), path(""));
+    fresh.RescanPresets();
+    EXPECT_TRUE(fresh.SelectPreset(0));
+    add("another.fxPreset");
     fresh.Notify(nullptr, "another message");
-    EXPECT_EQ(fresh.GetPresetCount(), 0);
-    fresh.Notify(nullptr, kNotifyPresetFolderChanged);
     EXPECT_EQ(fresh.GetPresetCount(), 1);
+    fresh.Notify(nullptr, kNotifyPresetFolderChanged);
+    EXPECT_EQ(fresh.GetPresetCount(), 2);
+    EXPECT_EQ(fresh.GetCurrentPresetIndex(), 1);
 }
 
 } // namespace

@@ -139,6 +139,35 @@ TEST(OverBox, StopsCountingAndStaysLit) {
     EXPECT_EQ(box.flash(), 255);
 }
 
+TEST_F(LevelMeterTest, OldOversAreThereWithoutAFlare) {
+    showMeter();
+    play(tone(1.2, 0.1));
+    meter_->setVisible(false);
+    play(tone(1.2, 0.1));
+    const int before = meter_->overBox().overs();
+    meter_->setVisible(true);
+    wait(25);
+    EXPECT_GT(meter_->overBox().overs(), before);
+    EXPECT_EQ(meter_->overBox().flash(), 85);
+    play(tone(0.1, 0.1));
+    EXPECT_EQ(meter_->overBox().flash(), 85);
+    play(tone(1.2, 0.1));
+    EXPECT_EQ(meter_->overBox().flash(), 255);
+    // The music stops: they are still there, and a click still takes them away for good.
+    const auto comeBack = [this] {
+        meter_->setVisible(false);
+        wait(25);
+        meter_->setVisible(true);
+        wait(50);
+        return meter_->overBox().overs();
+    };
+    EXPECT_GT(comeBack(), before);
+    window().click({60.0, 200.0});
+    wait(50);
+    EXPECT_EQ(meter_->overBox().overs(), 0);
+    EXPECT_EQ(comeBack(), 0);
+}
+
 TEST_F(LevelMeterTest, WhatHappenedOutOfSightIsNotShownLater) {
     showMeter();
     play(tone(0.25, 0.1));

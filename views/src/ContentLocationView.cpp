@@ -1,10 +1,9 @@
 #include "TextThatFits.h"
 #include "controls/Surfaces.h"
 #include "core/Paths.h"
+#include "presets/PresetMessages.h"
 #include "tree/Frame.h"
 #include "views/SystemPage.h"
-
-#include "controls/MessageBox.h"
 
 namespace Sorel {
 
@@ -71,8 +70,27 @@ int CContentLocationView::onMouseUp(CPoint where, std::int32_t* /*buttons*/) {
     setDirty(true);
     if (pressed != buttonAt(where)) return kMouseHandled;
     if (pressed == Button::kSelect) selectFolder();
-    if (pressed == Button::kOpen) Core::openWithShell(path_.c_str());
+    if (pressed == Button::kOpen) openFolder();
     return kMouseHandled;
+}
+
+// Another instance may have chosen another folder.
+void CContentLocationView::onIdle() {
+    const bool visible = isVisible();
+    if (visible && !wasVisible_) refresh();
+    wasVisible_ = visible;
+}
+
+void CContentLocationView::complain(const std::string& text) {
+    PresetMessages::tell(this, text, "Preset Path");
+}
+
+void CContentLocationView::openFolder() {
+    refresh();
+    if (Core::makeContentLocation())
+        Core::openWithShell(path_.c_str());
+    else
+        complain("This folder is missing and cannot be made.\n" + path_);
 }
 
 void CContentLocationView::selectFolder() {
@@ -83,17 +101,12 @@ void CContentLocationView::selectFolder() {
     selector_ = std::make_unique<CFileSelector>(*getFrame(), request);
     selector_->run([this](const FileDialogAnswer& answer) {
         const Counted<CView> self(this);
-        std::string problem = answer.problem;
-        if (!answer.paths.empty()) {
-            if (Core::setContentLocation(answer.paths.front().c_str())) {
-                refresh();
-                if (folderChanged_) folderChanged_();
-            } else {
-                problem = "The preset path could not be stored.";
-            }
-        }
-        if (!problem.empty() && getFrame() != nullptr)
-            CMessageBox::show(*getFrame(), "Preset Path", problem, {"OK"}, {});
+        if (!answer.problem.empty()) complain(answer.problem);
+        if (answer.paths.empty()) return;
+        if (!Core::setContentLocation(answer.paths.front().c_str()))
+            return complain("The preset path could not be stored.");
+        refresh();
+        if (folderChanged_) folderChanged_();
     });
 }
 

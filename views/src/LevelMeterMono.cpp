@@ -120,6 +120,7 @@ void CVUMeter_Mono::onIdle() {
     if (!visible) return;
     if (analyser() != nullptr && setMode(meteringMode(analyser()))) setDirty(true);
     bool oversChanged = overs_.cool();
+    if (feed_.areOversOld()) oversChanged |= overs_.setOldOvers(feed_.levels(0).overs);
     if (news) {
         setLevels(feed_.levels(0));
         oversChanged |= overs_.setOvers(feed_.levels(0).overs);

@@ -13,6 +13,8 @@ constexpr CColor kReadOutBed{0, 0, 0, 185};
 constexpr CColor kReadOutOutline{161, 163, 193, 50};
 constexpr float kReadOutRadius = 2.0F;
 constexpr double kReadOutSize = 9.0;
+constexpr double kReadOutLongSize = 8.0;
+constexpr int kLongTenths = 1000; ///< from +100 dB on a level has a digit more
 
 CRect half(const CRect& whole, int i) {
     return CRect::ofSize(whole.left + i * kChannelWidth, whole.top, kChannelWidth, whole.height());
@@ -61,7 +63,10 @@ void CVUMeter_Stereo::onIdle() {
     bool newMode = channel(0).setMode(mode);
     newMode |= channel(1).setMode(mode);
     if (newMode) setDirty(true);
-    if (overs_.cool()) askForPart(kStereoOverBox);
+    bool oversChanged = overs_.cool();
+    if (feed_.areOversOld())
+        oversChanged |= overs_.setOldOvers(std::max(feed_.levels(0).overs, feed_.levels(1).overs));
+    if (oversChanged) askForPart(kStereoOverBox);
     if (!news) return;
     for (int i = 0; i < 2 && mode == Orvel::MeteringMode::histogram; ++i) {
         HistogramColumn::Counts counts;
@@ -103,9 +108,11 @@ void CVUMeter_Stereo::drawReadOut(CDrawContext& context) {
         context.setFont(kDefaultFont, kReadOutSize, kRegularFont);
         context.setFontColor(colors().text1);
         context.drawStringAt(pair_.readOut[i], {box.left + kReadOutMargin, baseline});
-        context.setFont(kDefaultFont, kReadOutSize, kBoldFont);
+        const int tenths = channel(i).heldTenths();
+        context.setFont(kDefaultFont, tenths < kLongTenths ? kReadOutSize : kReadOutLongSize,
+                        kBoldFont);
         context.setFontColor(colors().main.withAlpha(255));
-        context.drawStringAt(numberText(channel(i).heldTenths() / 10.0, 1, true) + "dB",
+        context.drawStringAt(numberText(tenths / 10.0, 1, true) + "dB",
                              {box.right - kReadOutMargin, baseline}, HorizontalAlign::kRight);
     }
 }

@@ -2,7 +2,7 @@
 
 #include "analysis/OrvelScope.h"
 
-#include <utility>
+#include <algorithm>
 
 namespace Sorel {
 
@@ -23,17 +23,18 @@ void MeterFeed::take() {
 bool MeterFeed::poll(bool visible) {
     if (analyser_ == nullptr) return false;
     if (!visible) {
-        following_ = false;
+        pictures_ = 0;
         return false;
     }
     const unsigned generation = analyser_->display().levelsGeneration;
-    if (following_ && generation == seen_) return false;
+    if (pictures_ > 0 && generation == seen_) return false;
     // The slice under way at a reset brings one generation, the first that counts anew the second.
     if (resetting_ && generation - resetAt_ >= 2) resetting_ = false;
     take();
     seen_ = generation;
+    pictures_ = std::min(pictures_ + 1, kOldPictures + 1);
     // Maxima that grew while nobody looked are taken and forgotten.
-    return std::exchange(following_, true);
+    return pictures_ > 1;
 }
 
 void MeterFeed::readHistogram(int i, HistogramColumn::Counts& counts, int& highest) const {
@@ -51,6 +52,8 @@ void MeterFeed::resetOvers() {
     analyser_->resetOvers();
     resetting_ = true;
     resetAt_ = analyser_->display().levelsGeneration;
+    for (MeterLevels& levels : levels_)
+        levels.overs = 0;
 }
 
 } // namespace Sorel

@@ -138,8 +138,8 @@ void COrvelScopeEditor::valueChanged(Sorel::CControl* control) {
 }
 
 void COrvelScopeEditor::stateReplaced(int page) {
-    analyser_.resetOvers();
     if (!isFrameOpen()) return;
+    meter_->resetAllOvers();
     presets_.showStoredName();
     setActivePage(page);
     frame()->setDirty(true);

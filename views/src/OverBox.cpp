@@ -32,6 +32,13 @@ bool OverBox::setOvers(int overs) {
     return true;
 }
 
+bool OverBox::setOldOvers(int overs) {
+    bool changed = setOvers(overs);
+    while (cool())
+        changed = true;
+    return changed;
+}
+
 bool OverBox::cool() {
     if (flash_ <= kCooledFlash || overs_ >= kMostOvers) return false;
     flash_ = std::max(flash_ - kFlashStep, kCooledFlash);

@@ -156,7 +156,7 @@ int CSystemPage::onMouseDown(CPoint where, std::int32_t* buttons) {
     return IDisplayControl::onMouseDown(where, buttons);
 }
 
-void CSystemPage::release(Command& command) {
+void CSystemPage::letGo(Command& command) {
     if (!command.pressed) return;
     command.pressed = false;
     command.action();
@@ -165,8 +165,8 @@ void CSystemPage::release(Command& command) {
 int CSystemPage::onMouseUp(CPoint where, std::int32_t* /*buttons*/) {
     if (!updateRect().contains(where)) update_.pressed = false;
     if (!supportRect().contains(where)) support_.pressed = false;
-    release(update_);
-    release(support_);
+    letGo(update_);
+    letGo(support_);
     return kMouseHandled;
 }
 

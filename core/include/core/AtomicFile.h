@@ -12,7 +12,8 @@ namespace Core {
 /// The folder must be there. A link is followed, so that what it points to is replaced; the
 /// permissions of a file that is replaced stay, a new one gets the user's usual ones.
 /// Threads: any but the audio thread; the last of two writers at the same time wins.
-/// Fails: false, with the old file untouched and nothing left behind.
+/// Fails: false, with the old file untouched and nothing left behind; also for a file that is
+///        protected against writing.
 bool writeFileAtomically(const std::filesystem::path& path, std::span<const std::byte> content);
 bool writeFileAtomically(const std::filesystem::path& path, std::string_view content);
 

@@ -17,12 +17,18 @@ enum FolderKind : int {
     kCommonDocumentsFolder = 46,
 };
 
-/// The folder that holds presets and other content, with forward slashes and one at the end. When
-/// the setting "ContentLocation" is empty, a folder below the user's documents is made and
-/// remembered. Empty when the system names no folder at all.
+/// The folder that holds presets and other content, with forward slashes and one at the end: the
+/// setting "ContentLocation", or, while that is empty, a folder below the user's documents. Empty
+/// when the system names no folder at all. Makes and remembers nothing: a host that looks at a
+/// plug-in leaves no traces.
 /// The text is shared by the whole process and good until the next call.
-/// Threads: main thread; may read and write files.
+/// Threads: main thread; reads files.
 const char* getContentLocation();
+
+/// Makes that folder if it is missing, and remembers it if the setting is empty.
+/// False when there is no such folder afterwards.
+/// Threads: main thread; reads and writes files.
+bool makeContentLocation();
 
 /// Remembers another folder, for all instances and sessions. A missing slash is added.
 /// False when it could not be kept.

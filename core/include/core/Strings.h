@@ -9,14 +9,15 @@ namespace Core {
 /// Text as the classes of the plug-in hand it to each other. UTF-8, zero-ended.
 class IString {
   public:
-    /// Takes a copy of `text`, cut to what fits. A null pointer counts as an empty text.
+    /// Takes a copy of `text`, cut between characters to what fits. A null pointer counts as an
+    /// empty text.
     virtual void assign(const char* text) = 0;
     virtual const char* c_str() const = 0;
     virtual ~IString() = default;
 };
 
 /// A view of somebody's character buffer as a string. Owns nothing and never allocates: texts
-/// longer than capacity - 1 bytes are cut there, always zero-ended.
+/// longer than capacity - 1 bytes are cut, always zero-ended.
 class CString : public IString {
   public:
     /// `characters` has room for `capacity` bytes and outlives this object.

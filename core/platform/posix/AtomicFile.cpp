@@ -64,6 +64,8 @@ bool writeFileAtomically(const fs::path& path, std::span<const std::byte> conten
     struct stat old {};
     const bool replaces = ::stat(target.c_str(), &old) == 0;
     if (replaces && !S_ISREG(old.st_mode)) return false;
+    // The folder alone decides about a rename; whoever protects a file means the file.
+    if (replaces && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return false;
 
     fs::path temporary;
     FileDescriptor file = createNew(folder, temporary);

@@ -77,6 +77,7 @@ class CPresetBrowser : public CControl, public CControlListener {
     CRect nameRect() const;
     CRect downArrowRect() const;
     void setHovered(Part part);
+    int stepsFrom() const;
 
     // Drawing (PresetBrowserDrawing.cpp)
     void drawNameField(CDrawContext& context);
@@ -85,7 +86,7 @@ class CPresetBrowser : public CControl, public CControlListener {
 
     // Commands of the menu (PresetBrowserCommands.cpp)
     void chosen(std::int32_t tag);
-    void select(int index);
+    bool select(int index);
     void showPreset(int index);
     void save();
     void saveAs();
@@ -108,6 +109,7 @@ class CPresetBrowser : public CControl, public CControlListener {
     Counted<COptionMenu> menu_;    // the last one opened
     std::unique_ptr<CFileSelector> fileSelector_;
     std::string nameBeforeTyping_;
+    std::string unreadable_; // path of a preset that an arrow reached in vain
     Part pressed_ = Part::kNone;
     Part hovered_ = Part::kNone;
     bool menuShown_ = false;

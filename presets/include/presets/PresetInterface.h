@@ -69,7 +69,8 @@ class IPresetBrowserInterface : public CControlListener {
     virtual int GetCurrentPresetIndex() const = 0;
     /// Ends in a slash, unless there is none.
     virtual const char* GetPresetFolder() = 0;
-    /// Makes an entry the current one and loads it; false when its file cannot be read.
+    /// Loads an entry and makes it the current one; false, and nothing changed, when its file
+    /// cannot be read. Out of range none is current.
     virtual bool SelectPreset(int index) = 0;
     virtual void ResetToDefaultSettings() = 0;
     /// Asks, when there is a file where SavePreset would write.
@@ -80,8 +81,8 @@ class IPresetBrowserInterface : public CControlListener {
     /// Asks first. Afterwards no preset is current, whatever the answer; `then` hears false when
     /// the file should go and could not.
     virtual void DeletePreset(int index, CView* view, PresetContinuation then) = 0;
-    /// Makes the entry with exactly this path current, and loads nothing; null for none. Where no
-    /// entry has it, the current one stays.
+    /// Makes the entry of this file current, and loads nothing; null for none. Where no entry has
+    /// it, the current one stays.
     virtual void SelectPresetByName(const char* text, PresetPlace place) = 0;
     /// Reads the folder anew, makes it if need be, and keeps the current preset by its path.
     virtual void RescanPresets() = 0;
@@ -96,6 +97,12 @@ class IPresetBrowserInterface : public CControlListener {
     virtual void ClearPresetList() = 0;
     /// Appends what walkPresetFolder finds, if it is a preset.
     virtual void AddPresetFile(const char* folder, const char* fileName, bool inSubFolder) = 0;
+
+    /// Why a preset in `folder` cannot be called so.
+    virtual PresetNameProblem FindNameProblem(const std::string& folder,
+                                              const std::string& name) = 0;
+    /// False: there is nothing to restore.
+    virtual bool HasFactoryPresets() const = 0;
 
     /// A browser enters itself while it is in a window; null when it goes.
     virtual void setBrowser(CPresetBrowser* browser) = 0;
@@ -135,6 +142,8 @@ class CPresetInterface : public IPresetBrowserInterface {
     void SetPresetFolder(const char* folder) override;
     void ClearPresetList() override { entries_.clear(); }
     void AddPresetFile(const char* folder, const char* fileName, bool inSubFolder) override;
+    PresetNameProblem FindNameProblem(const std::string& folder, const std::string& name) override;
+    bool HasFactoryPresets() const override { return false; }
     void setBrowser(CPresetBrowser* browser) override { browser_ = browser; }
     CPresetBrowser* browser() const override { return browser_; }
 

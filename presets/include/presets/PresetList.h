@@ -39,7 +39,7 @@ std::optional<PresetEntry> presetEntryFor(std::string_view folder,
 enum class RenameResult {
     kDone,
     kNoPreset,    ///< there is nothing to rename
-    kNameRefused, ///< see presetNameProblem
+    kNameRefused, ///< see FindNameProblem
     kExists,      ///< a file of that name is there
     kFailed,      ///< the system refused
 };

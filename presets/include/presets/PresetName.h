@@ -38,7 +38,10 @@ enum class PresetNameProblem {
     kControlCharacter,
     /// The extension within the name: the list would not show such a file.
     kExtension,
+    /// In the preset folder itself: what "Default Settings" is called; not listed as a file.
+    kDefault,
 };
+/// Whatever folder it is for.
 PresetNameProblem presetNameProblem(std::string_view name, std::string_view extension);
 /// For the user.
 const char* presetNameMessage(PresetNameProblem problem);

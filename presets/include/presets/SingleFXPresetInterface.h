@@ -9,8 +9,9 @@
 
 namespace Sorel {
 
-/// The preset folder is the content location itself. It is looked up and made with the first use,
-/// not by construction: a host that scans plug-ins leaves no folders behind.
+/// The preset folder is the content location itself. It is looked up with every use, since other
+/// instances may change it, and made by RescanPresets and SavePreset: a host that scans
+/// plug-ins leaves no folders behind.
 class CSingleFXPresetInterface : public CPresetInterface {
   public:
     /// `factoryArchive` holds the factory presets under "presets/", and stays valid.
@@ -21,6 +22,7 @@ class CSingleFXPresetInterface : public CPresetInterface {
     void SetPresetName(const char* name) override;
     const char* GetCurrentPresetName() const override;
     const char* GetPresetFolder() override;
+    void RescanPresets() override;
     bool SelectPreset(int index) override;
     void ResetToDefaultSettings() override;
     bool SavePreset(const char* text, PresetPlace place) override;
@@ -30,9 +32,12 @@ class CSingleFXPresetInterface : public CPresetInterface {
         return kOffersRestore | kOffersEditing | kOffersDefault;
     }
     void RestoreFactoryPresets(CView* view, PresetContinuation then) override;
+    /// Counts instead of the content location.
     void SetPresetFolder(const char* folder) override;
     /// Passes over a "Default" in the preset folder itself.
     void AddPresetFile(const char* folder, const char* fileName, bool inSubFolder) override;
+    PresetNameProblem FindNameProblem(const std::string& folder, const std::string& name) override;
+    bool HasFactoryPresets() const override;
     void setBrowser(CPresetBrowser* browser) override;
 
     /// The browser shows the name that the plug-in keeps: after its state was replaced.
@@ -44,11 +49,10 @@ class CSingleFXPresetInterface : public CPresetInterface {
     virtual bool LoadPresetFile(const char* path);
 
   private:
-    void UpdatePresetFolder();
     bool writeFactoryPresets();
 
     CSinglePresetFile file_;
-    bool folderKnown_ = false;
+    bool folderGiven_ = false; // by SetPresetFolder
     std::span<const std::byte> factoryArchive_;
 };
 

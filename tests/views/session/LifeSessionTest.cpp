@@ -4,6 +4,7 @@
 #include "core/Settings.h"
 
 #include <filesystem>
+#include <fstream>
 #include <set>
 
 namespace Orvel {
@@ -114,12 +115,17 @@ TEST_F(LifeSession, ClosingTakesItsMenusAndMessagesAlong) {
         showPage(2); // the pointer is nobody's any more: clicks are heard
     }
     // A question, too, is not answered by closing.
-    XDoTool::click(rowOf(openMenu({150, 24}), 4, 2)); // "Restore Factory Presets"
+    const std::filesystem::path presets = Core::getContentLocation();
+    std::filesystem::create_directories(presets);
+    std::ofstream(presets / "a.fxPreset") << "any";
+    XDoTool::click({290, 24});                        // the next preset
+    XDoTool::click(rowOf(openMenu({150, 24}), 2, 1)); // "Delete Preset"
     ASSERT_TRUE(waitForMessage());
-    keep("message-restore");
+    keep("message-delete");
     close();
     open();
     EXPECT_EQ(message(), nullptr);
+    EXPECT_TRUE(std::filesystem::remove(presets / "a.fxPreset")) << "it is still there";
     showPage(0);
 }
 

@@ -31,6 +31,8 @@ class MeterFeed {
     /// True when something was measured since the last call. A meter that nobody can see passes
     /// `visible` false: what happened meanwhile is not shown when it comes back.
     bool poll(bool visible);
+    /// The overs so far may be old ones: of the time before the meter came into sight.
+    bool areOversOld() const { return pictures_ > 0 && pictures_ <= kOldPictures; }
     /// `i` counts from the first channel.
     const MeterLevels& levels(int i) const { return levels_[static_cast<std::size_t>(i)]; }
     void readHistogram(int i, HistogramColumn::Counts& counts, int& highest) const;
@@ -40,6 +42,10 @@ class MeterFeed {
     void resetOvers();
 
   private:
+    /// The one that was left from earlier, that of the slice under way when the meter came into
+    /// sight, and the first with everything that was counted meanwhile.
+    static constexpr int kOldPictures = 3;
+
     void take();
     std::size_t channel(int i) const {
         return static_cast<std::size_t>(firstChannel_) + static_cast<std::size_t>(i);
@@ -48,7 +54,7 @@ class MeterFeed {
     Orvel::COrvelScope* analyser_;
     int firstChannel_;
     int numChannels_;
-    bool following_ = false;
+    int pictures_ = 0; // since the meter is in sight, up to one more than kOldPictures
     unsigned seen_ = 0;
     bool resetting_ = false;
     unsigned resetAt_ = 0;

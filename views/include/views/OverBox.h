@@ -14,6 +14,8 @@ class OverBox {
 
     /// The count so far; negative ones count as 0. True when the box looks different now.
     bool setOvers(int overs);
+    /// The count when the box comes into sight: old overs do not flare up.
+    bool setOldOvers(int overs);
     /// One picture later. True when the box looks different now.
     bool cool();
 

@@ -19,13 +19,14 @@ class CContentLocationView : public CView {
 
     /// Called when another folder was chosen and stored.
     void setFolderChanged(std::function<void()> changed) { folderChanged_ = std::move(changed); }
-    /// Reads the path again.
+    /// Reads the path again. Happens whenever the row comes into sight.
     void refresh();
     const std::string& path() const { return path_; }
 
     void draw(CDrawContext& context) override;
     int onMouseDown(CPoint where, std::int32_t* buttons) override;
     int onMouseUp(CPoint where, std::int32_t* buttons) override;
+    void onIdle() override;
     int removed(CViewContainer* parent) override;
     CView* newCopy() const override { return nullptr; }
     const char* getClassName() const override { return "CContentLocationView"; }
@@ -34,12 +35,15 @@ class CContentLocationView : public CView {
     enum class Button { kNone, kSelect, kOpen };
     Button buttonAt(CPoint where) const;
     void selectFolder();
+    void openFolder();
+    void complain(const std::string& text);
 
     std::string path_;
     CRect pathRect_;
     CRect selectRect_;
     CRect openRect_;
     Button pressed_ = Button::kNone;
+    bool wasVisible_ = false;
     std::function<void()> folderChanged_;
     std::unique_ptr<CFileSelector> selector_;
 };
@@ -81,7 +85,7 @@ class CSystemPage : public IDisplayControl {
     void drawThreading(CDrawContext& context) const;
     void drawProduct(CDrawContext& context) const;
     bool press(Command& command);
-    void release(Command& command);
+    void letGo(Command& command);
     CPoint origin() const { return getViewSize().topLeft(); }
 
     std::string versionText_;
