@@ -12,6 +12,7 @@
 #include "frame/PluginBase.h"
 #include "frame/PluginEditor.h"
 
+#include <thread>
 #include <utility>
 
 #include <poll.h>
@@ -61,10 +62,16 @@ void PlayWindow::run(const volatile std::sig_atomic_t& stop) {
     }
 }
 
-/// Sleeps until something happens in the window, but not longer than until the next picture.
+/// Sleeps until the next picture. Events wait for it as well: what they change is seen with it, and
+/// the display's answer to each picture would wake us in vain. Only in a still window they wake us
+/// at once.
 void PlayWindow::waitForEvents() {
     const auto now = PictureBeat::Clock::now();
-    const auto due = PictureBeat::next(now, editor_.isStill() ? PictureBeat::kPeriodsWhenStill : 1);
+    if (!editor_.isStill()) {
+        std::this_thread::sleep_until(PictureBeat::next(now));
+        return;
+    }
+    const auto due = PictureBeat::next(now, PictureBeat::kPeriodsWhenStill);
     const timespec left{0, std::chrono::duration_cast<std::chrono::nanoseconds>(due - now).count()};
     pollfd events{editor_.eventDescriptor(), POLLIN, 0};
     ppoll(&events, 1, &left, nullptr);
