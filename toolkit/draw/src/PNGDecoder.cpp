@@ -51,15 +51,13 @@ void decode(png_structp png, png_infop info, IOSBitmap& surface) {
 
 void premultiply(IOSBitmap& surface) {
     std::uint8_t* pixel = surface.getPixels();
-    unsigned allAlphas = 255;
     for (std::int64_t left = std::int64_t{surface.width} * surface.height; left > 0;
          --left, pixel += 4) {
         const unsigned alpha = pixel[3];
-        allAlphas &= alpha;
         for (int c = 0; c < 3; ++c)
             pixel[c] = static_cast<std::uint8_t>(pixel[c] * alpha >> 8);
     }
-    surface.isOpaque = allAlphas == 255;
+    surface.findOpaque();
 }
 
 } // namespace
